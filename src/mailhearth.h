@@ -1,0 +1,10 @@
+// The whole library: the one header a newcomer needs. Everything is declared in
+// `inline namespace mailhearth`, so names are used as they stand, and
+// mailhearth::SString settles an ambiguity.
+
+#ifndef MAILHEARTH_MAILHEARTH_H
+#define MAILHEARTH_MAILHEARTH_H
+
+#include "strings/SString.h"    // strings
+
+#endif  // MAILHEARTH_MAILHEARTH_H

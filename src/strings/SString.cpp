@@ -1,0 +1,220 @@
+#include "SString.h"
+
+#include <locale.h>  // newlocale: POSIX, not in <clocale>
+#include <stdlib.h>  // strtod_l
+
+#include <charconv>
+#include <cstring>
+#include <functional>
+#include <limits>
+#include <ostream>
+#include <string>
+
+#include "Sizes.h"
+#include "StandardError.h"
+
+inline namespace mailhearth {
+
+static_assert(sizeof(SString) == sizeof(SStringRep*));
+
+namespace {
+
+// Returns a representation that holds a copy of `text`.
+SStringRep* CopyOf(std::string_view text) {
+  SStringRep* const rep = SStringRep::New(CheckedLength(static_cast<std::int64_t>(text.size())));
+  text.copy(rep->buffer, text.size());
+  rep->length = static_cast<int>(text.size());
+  rep->buffer[rep->length] = '\0';
+  return rep;
+}
+
+// Returns a representation that holds `n` times the byte `c`.
+SStringRep* Fill(char c, int n) {
+  SStringRep* const rep = SStringRep::New(n);
+  std::memset(rep->buffer, c, static_cast<std::size_t>(n));
+  rep->length = n;
+  rep->buffer[n] = '\0';
+  return rep;
+}
+
+// Returns a representation that holds the text std::to_chars makes of its arguments.
+template <class... Number>
+SStringRep* TextOf(Number... number) {
+  char text[32];  // "-1.234567890123456e-308" is the longest
+  const char* const end = std::to_chars(text, text + sizeof text, number...).ptr;
+  return CopyOf({text, end});
+}
+
+constexpr int kSignificantDigits = 16;
+
+bool Printable(char byte) { return byte >= ' ' && byte <= '~' && byte != '\\'; }
+
+void AppendEscaped(std::string& out, char byte) {
+  constexpr std::string_view kEscaped = "\t\n\v\f\r\\";
+  constexpr std::string_view kLetters = "tnvfr\\";
+  if (Printable(byte)) {
+    out += byte;
+  } else if (const std::size_t at = kEscaped.find(byte); at != kEscaped.npos) {
+    (out += '\\') += kLetters[at];
+  } else {
+    (out += '\\') += std::to_string(static_cast<unsigned char>(byte));
+  }
+}
+
+std::string Escaped(std::string_view bytes) {
+  std::string out;
+  for (const char byte : bytes) AppendEscaped(out, byte);
+  return out;
+}
+
+std::string AddressText(const void* address) {
+  char text[2 + 2 * sizeof address] = {'0', 'x'};
+  const auto bits = reinterpret_cast<std::uintptr_t>(address);
+  return {text, std::to_chars(text + 2, text + sizeof text, bits, 16).ptr};
+}
+
+// Returns the labelled lines of SString::Debug.
+std::string Report(const SStringRep& rep) {
+  const std::string links = "Number of links:      " + std::to_string(rep.links) + "\n";
+  std::string out = "SStringRep stored at: " + AddressText(&rep) + "\n";
+  if (rep.allocated < 1) return out + links + "SString is undefined\n\n";
+  out += "Buffer located at:    " + AddressText(rep.buffer) + "\n";
+  out += "Buffer contents:     '";
+  out += Escaped({rep.buffer, static_cast<std::size_t>(rep.length)}) + "'\n";
+  out += "SString length:       " + std::to_string(rep.length) + "\n";
+  out += "Bytes allocated:      " + std::to_string(rep.allocated) + "\n";
+  return out + links + "\n";
+}
+
+}  // namespace
+
+SString::SString() : rep_(new SStringRep{nullptr, 0, 1, 0}) {}
+SString::SString(const char* s) : rep_(CopyOf(_Text(s))) {}
+SString::SString(char c, int n) : rep_(Fill(c, CheckedLength(n < 0 ? 0 : n))) {}
+SString::SString(int value) : rep_(TextOf(value)) {}
+SString::SString(long value) : rep_(TextOf(value)) {}
+SString::SString(float value) : SString(static_cast<double>(value)) {}
+SString::SString(double value)
+    : rep_(TextOf(value, std::chars_format::general, kSignificantDigits)) {}
+
+SString::SString(const char* s, int n) {
+  if (n < 0) n = 0;
+  rep_ = s == nullptr ? Fill('\0', CheckedLength(n)) : CopyOf({s, static_cast<std::size_t>(n)});
+}
+
+SString& SString::operator=(const char* s) {
+  const std::string_view text = _Text(s);
+  _Assign(text.data(), text.size());
+  return *this;
+}
+
+SString& SString::operator=(char c) {
+  _Assign(&c, 1);
+  return *this;
+}
+
+SString::operator double() const {
+  // glibc and the BSDs keep the C locale ready, so this allocates nothing.
+  static const locale_t c = ::newlocale(LC_ALL_MASK, "C", nullptr);
+  return ::strtod_l(Terminated(*this).Data(), nullptr, c);
+}
+
+static_assert(std::numeric_limits<float>::is_iec559, "narrowing past the range is an infinity");
+
+SString::operator float() const { return static_cast<float>(static_cast<double>(*this)); }
+
+SString& SString::operator+=(const SString& t) {
+  _Append(t.Data(), static_cast<std::size_t>(t.Length()));
+  return *this;
+}
+
+SString& SString::operator+=(const char* s) {
+  const std::string_view text = _Text(s);
+  _Append(text.data(), text.size());
+  return *this;
+}
+
+bool SString::operator<(char c) const {
+  return Length() == 0 || static_cast<unsigned char>(*Data()) < static_cast<unsigned char>(c);
+}
+
+bool SString::operator>(char c) const {
+  if (Length() == 0) return false;
+  const auto first = static_cast<unsigned char>(*Data());
+  const auto other = static_cast<unsigned char>(c);
+  return Length() == 1 ? first > other : first >= other;
+}
+
+int SString::Write(std::ostream& os) const {
+  if (os.fail()) return 0;
+  os.write(Data(), Length());
+  return os.good() ? 1 : 0;
+}
+
+void SString::Debug(int verbose) const {
+  const std::string dump = verbose == 0 ? Escaped(View()) : Report(*rep_);
+  StandardError().write(dump.data(), static_cast<std::streamsize>(dump.size()));
+}
+
+char* SString::_Malloc(int n) {
+  rep_ = SStringRep::New(n);
+  char* const end = rep_->buffer + n;
+  *end = '\0';
+  return end;
+}
+
+char* SString::_Realloc(int n) {
+  if (_HasRoom(n)) {
+    rep_->buffer[n] = '\0';
+  } else if (rep_->links == 1 && !rep_->OneBlock()) {
+    rep_->Enlarge(n);  // not of our making: its maker may know it by its address
+    rep_->buffer[n] = '\0';
+  } else {
+    SStringRep* const left = rep_;
+    const std::string_view bytes = View().substr(0, static_cast<std::size_t>(n));
+    _Malloc(n);
+    bytes.copy(rep_->buffer, bytes.size());
+    _SetLength(static_cast<int>(bytes.size()));
+    if (--left->links == 0) SStringRep::Delete(left);
+  }
+  return rep_->buffer + n;
+}
+
+void SString::_Undef() {
+  if (rep_->links == 1) {
+    rep_->Clear();
+  } else {
+    *this = SString();
+  }
+}
+
+void SString::_Assign(const char* text, std::size_t n) {
+  const int length = CheckedLength(static_cast<std::int64_t>(n));
+  // With room the text may be bytes of this very buffer. Without, it cannot end
+  // with the buffer: either it does not fit in there, or others hold that too.
+  if (!_HasRoom(length)) _Realloc(length);
+  if (n > 0) std::memmove(rep_->buffer, text, n);
+  _SetLength(length);
+}
+
+void SString::_Append(const char* text, std::size_t n) {
+  if (n == 0) return;
+  const int length = rep_->length;
+  const int sum = CheckedLength(length + static_cast<std::int64_t>(n));
+  const std::ptrdiff_t own = _Holds(text) ? text - rep_->buffer : -1;
+  _Realloc(sum);
+  if (own >= 0) text = rep_->buffer + own;  // the bytes have moved along
+  std::memcpy(rep_->buffer + length, text, n);
+  _SetLength(sum);
+}
+
+bool SString::_Holds(const char* text) const {
+  const std::less<> before;  // a total order, also between unrelated pointers
+  return Defined() && !before(text, rep_->buffer) && before(text, rep_->buffer + rep_->length);
+}
+
+SString Terminated(const SString& s) {
+  return !s.Defined() || s.rep_->Terminated() ? s : SString(s.Data(), s.Length());
+}
+
+}  // namespace mailhearth

@@ -1,0 +1,230 @@
+// SString is the string of this library: a handle on shared bytes. Copying shares
+// them at the cost of a counter; the first edit through a handle that is not alone
+// copies the bytes first, so no other handle notices.
+//
+// The bytes may include NUL. One more NUL always follows the last of them, unless
+// the string views bytes that somebody else keeps; Terminated() serves for both.
+// A string holds at most 2^31 - 2 bytes; an operation that would exceed that runs
+// the new-handler and throws std::bad_alloc, like one that finds no memory.
+//
+// A string is undefined (made by the default constructor) or defined, possibly
+// empty. The two compare equal, and only code that must tell "no file" from "empty
+// file" asks which it is. A null `const char*` reads as the empty string.
+//
+// A pointer or view into a string ends with the next edit of its handle. The
+// argument of an edit may be the string itself or a part of it. An edit that
+// throws leaves the string as it was.
+//
+// Not for use between threads: the counter is a plain integer.
+//
+//   SString to("postmaster"), copy = to;
+//   copy += "@example.org";              // `to` is still "postmaster"
+//   if (copy[-1] == 'g' && to < copy) std::cout << copy.View() << '\n';
+
+#ifndef MAILHEARTH_STRINGS_SSTRING_H
+#define MAILHEARTH_STRINGS_SSTRING_H
+
+#include <cstddef>
+#include <cstdint>
+#include <iosfwd>
+#include <string_view>
+
+#include "Export.h"
+#include "SStringRep.h"
+
+inline namespace mailhearth {
+
+class MAILHEARTH_EXPORT SString {
+ public:
+  // An undefined string. Costs one small allocation, as every string does that is
+  // not made from another SString.
+  SString();
+
+  // A handle on the bytes of `other`; nothing is copied.
+  SString(const SString& other) noexcept : rep_(other.rep_) { ++rep_->links; }
+
+  // A handle on a representation made elsewhere, counted in its `links`.
+  // Needs: `rep` is not null; SStringRep.h tells who frees it.
+  SString(SStringRep* rep) noexcept : rep_(rep) { ++rep_->links; }
+
+  // A copy of the NUL-terminated text `s`; of a null `s`, defined and empty.
+  SString(const char* s);
+  SString(std::nullptr_t) : SString(static_cast<const char*>(nullptr)) {}
+
+  // `n` bytes copied from `s`, NULs included; of a null `s`, `n` NUL bytes.
+  // A negative `n` counts as 0.
+  SString(const char* s, int n);
+
+  // `n` times the byte `c`. A negative `n` counts as 0.
+  SString(char c, int n = 1);
+
+  // The decimal text of a number: "%d", "%ld" and, for both kinds of floating
+  // point, "%.16g" of the value as a double, in the C locale whatever the locale is.
+  SString(int value);
+  SString(long value);
+  SString(float value);
+  SString(double value);
+
+  ~SString() { _Free(); }
+
+  // Assignment from a string shares its bytes; from a number, those of a new one.
+  // From text or a byte, the bytes are copied into the room there is if this handle
+  // is the only one on it.
+  SString& operator=(const SString& other) noexcept;
+  SString& operator=(const char* s);
+  SString& operator=(char c);
+  SString& operator=(int value) { return *this = SString(value); }
+  SString& operator=(long value) { return *this = SString(value); }
+  SString& operator=(float value) { return *this = SString(value); }
+  SString& operator=(double value) { return *this = SString(value); }
+
+  // Number of bytes.
+  [[nodiscard]] int Length() const { return rep_->length; }
+
+  // Whether the string has bytes at all, be it none of them.
+  [[nodiscard]] bool Defined() const { return rep_->buffer != nullptr; }
+
+  // The bytes; never null. A NUL follows the last of them unless the string is a
+  // view: text for the C library goes through Terminated().
+  [[nodiscard]] const char* Data() const { return Defined() ? rep_->buffer : ""; }
+  [[nodiscard]] std::string_view View() const {
+    return {Data(), static_cast<std::size_t>(rep_->length)};
+  }
+
+  // The value of the number that the text begins with, as strtod reads it in the C
+  // locale: leading white space is skipped, what follows the number is ignored. 0
+  // when there is none; past the range of the type an infinity or a zero.
+  operator double() const;
+  operator float() const;
+
+  // Appends. Nothing happens for an empty operand, so an undefined string stays
+  // undefined; a byte is always appended, NUL too. A byte costs amortised constant
+  // time: the room for bytes doubles when it is used up.
+  SString& operator+=(const SString& t);
+  SString& operator+=(const char* s);
+  SString& operator+=(char c);
+
+  // A new string: this one with the operand appended.
+  [[nodiscard]] SString operator+(const SString& t) const { return SString(*this) += t; }
+  [[nodiscard]] SString operator+(const char* s) const { return SString(*this) += s; }
+  [[nodiscard]] SString operator+(char c) const { return SString(*this) += c; }
+
+  // Returns the byte at position `i`; a negative `i` counts from the end, -1 being
+  // the last byte. Outside the string that is NUL.
+  [[nodiscard]] char operator[](int i) const;
+
+  // Equality is that of the bytes; an undefined string equals every empty one.
+  [[nodiscard]] bool operator==(const SString& t) const {
+    return rep_ == t.rep_ || View() == t.View();
+  }
+  [[nodiscard]] bool operator==(const char* s) const { return View() == _Text(s); }
+  [[nodiscard]] bool operator==(char c) const { return Length() == 1 && *Data() == c; }
+
+  // Order is that of the bytes, compared unsigned, the shorter string first where
+  // one begins the other. Nothing is below a null `s`, and what is not empty is
+  // above it. A single byte compares as a string of one byte, but for this: the
+  // empty string is below every byte.
+  [[nodiscard]] bool operator<(const SString& t) const { return View() < t.View(); }
+  [[nodiscard]] bool operator>(const SString& t) const { return View() > t.View(); }
+  [[nodiscard]] bool operator<(const char* s) const { return View() < _Text(s); }
+  [[nodiscard]] bool operator>(const char* s) const { return View() > _Text(s); }
+  [[nodiscard]] bool operator<(char c) const;
+  [[nodiscard]] bool operator>(char c) const;
+
+  // Writes the bytes to `os`, NULs included, with no end mark.
+  // Returns 1 when the stream is still good afterwards, else 0. On a stream that
+  // has failed before, nothing is written and the result is 0.
+  int Write(std::ostream& os) const;
+
+  // Dumps the string to the standard error stream: the bytes with those outside
+  // space to tilde, and the backslash, escaped (\t \n \v \f \r \\, or \ and the
+  // byte's decimal value). With `verbose` not 0 also where the representation and
+  // the buffer are, length, bytes allocated and handles, a line each.
+  void Debug(int verbose) const;
+
+ private:
+  friend class SStringPeek;  // the tests' eye
+  friend MAILHEARTH_EXPORT SString Terminated(const SString& s);
+
+  // Points this handle at a new representation for `n` bytes, NUL at `n`; the
+  // caller sets the length and has taken care of the representation left.
+  // Returns the address of position `n`.
+  char* _Malloc(int n);
+
+  // Makes this handle the only one on a buffer for `n` bytes; every edit goes
+  // through here or _HasRoom. The bytes in use stay, as far as they fit when they
+  // were shared; NUL at `n`; the caller sets the length. Never shrinks the buffer.
+  // Returns the address of position `n`.
+  char* _Realloc(int n);
+
+  // Makes this handle undefined and the only one on its representation.
+  void _Undef();
+
+  // Takes this handle off its representation, which goes with its last handle.
+  void _Free() noexcept;
+
+  // Whether this handle is alone on a buffer for `n` bytes and a NUL.
+  [[nodiscard]] bool _HasRoom(int n) const { return rep_->links == 1 && rep_->allocated > n; }
+
+  // Ends the bytes in use at `n`. Needs: _HasRoom(n).
+  void _SetLength(int n);
+
+  // Replaces the bytes by, or appends, the `n` bytes at `text`, which may be bytes
+  // of this string. A length past the limit is OutOfMemory().
+  void _Assign(const char* text, std::size_t n);
+  void _Append(const char* text, std::size_t n);
+
+  // Whether `text` points at a byte of this string.
+  [[nodiscard]] bool _Holds(const char* text) const;
+
+  static std::string_view _Text(const char* s) {
+    return s == nullptr ? std::string_view() : std::string_view(s);
+  }
+
+  SStringRep* rep_;  // never null
+};
+
+// Returns a string with the bytes of `s` and a NUL sure to follow them: `s` itself
+// where that is so, a copy where `s` views bytes that end without one. All text for
+// the C library takes this way; the C library sees it up to its first NUL.
+[[nodiscard]] MAILHEARTH_EXPORT SString Terminated(const SString& s);
+
+inline SString& SString::operator=(const SString& other) noexcept {
+  if (rep_ != other.rep_) {
+    ++other.rep_->links;
+    SStringRep* const shared = other.rep_;
+    _Free();
+    rep_ = shared;
+  }
+  return *this;
+}
+
+inline SString& SString::operator+=(char c) {
+  const int length = rep_->length;
+  if (_HasRoom(length + 1)) [[likely]] {
+    rep_->buffer[length] = c;
+    _SetLength(length + 1);
+  } else {
+    _Append(&c, 1);
+  }
+  return *this;
+}
+
+inline char SString::operator[](int i) const {
+  if (i < 0) i += rep_->length;
+  return i < 0 || i >= rep_->length ? '\0' : rep_->buffer[i];
+}
+
+inline void SString::_Free() noexcept {
+  if (--rep_->links == 0) SStringRep::Delete(rep_);
+  rep_ = nullptr;
+}
+
+inline void SString::_SetLength(int n) {
+  rep_->buffer[n] = '\0';
+  rep_->length = n;
+}
+
+}  // namespace mailhearth
+
+#endif  // MAILHEARTH_STRINGS_SSTRING_H

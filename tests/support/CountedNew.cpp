@@ -1,0 +1,39 @@
+#include "support/CountedNew.h"
+
+#include <cstdlib>
+#include <new>
+
+namespace {
+
+int made = 0;
+int untilFailure = -1;  // negative: none is to come
+bool fired = false;
+
+void* Allocate(std::size_t size) {
+  ++made;
+  if (untilFailure >= 0 && untilFailure-- == 0) {
+    fired = true;
+    throw std::bad_alloc();
+  }
+  if (void* const block = std::malloc(size == 0 ? 1 : size)) return block;
+  throw std::bad_alloc();
+}
+
+}  // namespace
+
+void* operator new(std::size_t size) { return Allocate(size); }
+void* operator new[](std::size_t size) { return Allocate(size); }
+void operator delete(void* block) noexcept { std::free(block); }
+void operator delete[](void* block) noexcept { std::free(block); }
+void operator delete(void* block, std::size_t) noexcept { std::free(block); }
+void operator delete[](void* block, std::size_t) noexcept { std::free(block); }
+
+AllocationCount::AllocationCount() : before_(made) {}
+int AllocationCount::Made() const { return made - before_; }
+
+FailNthAllocation::FailNthAllocation(int n) {
+  untilFailure = n;
+  fired = false;
+}
+FailNthAllocation::~FailNthAllocation() { untilFailure = -1; }
+bool FailNthAllocation::Fired() const { return fired; }

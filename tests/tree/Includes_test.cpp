@@ -1,0 +1,118 @@
+// Holds the architecture against the includes: which folder may stand on which.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+using Layers = std::set<std::string>;
+
+// Each layer, and those it may include beside itself. src/system is two layers: its
+// lower half stands on strings only and serves the folders above, its upper half uses
+// these.
+const std::map<std::string, Layers> kMayInclude = {
+    {"strings", {}},
+    {"lower system", {"strings"}},
+    {"lists", {"strings", "lower system"}},
+    {"regex", {"strings", "lower system", "lists"}},
+    {"upper system", {"strings", "lower system", "lists", "regex"}},
+    {"tables", {"strings", "lower system", "lists", "regex"}},
+    {"address", {"strings", "lower system", "lists", "regex"}},
+    {"queue", {"strings", "lower system", "lists", "regex", "upper system", "tables"}},
+    {"command", {"strings", "lower system"}},
+};
+
+const std::set<std::string> kLowerSystem = {"Dates", "FileStatus", "Random", "StartUp"};
+
+// Returns the layer of a source, by its path from src/.
+std::string LayerOf(const fs::path& path) {
+  const std::string folder = path.begin()->string();
+  if (folder != "system") return folder;
+  return kLowerSystem.contains(path.stem().string()) ? "lower system" : "upper system";
+}
+
+bool IsSource(const fs::path& path) {
+  return path.extension() == ".h" || path.extension() == ".cpp";
+}
+
+// Returns the project's own headers that a source includes, as paths from src/.
+std::vector<fs::path> OwnIncludes(const fs::path& src, const fs::path& source) {
+  constexpr std::string_view kInclude = "#include \"";
+  std::vector<fs::path> found;
+  std::ifstream lines(src / source);
+  for (std::string line; std::getline(lines, line);) {
+    if (!line.starts_with(kInclude)) continue;
+    const std::string name = line.substr(kInclude.size(), line.rfind('"') - kInclude.size());
+    found.push_back((source.parent_path() / name).lexically_normal());
+  }
+  return found;
+}
+
+// All sources below a folder, as paths from it.
+std::vector<fs::path> Sources(const fs::path& root) {
+  std::vector<fs::path> found;
+  for (const fs::directory_entry& entry : fs::recursive_directory_iterator(root)) {
+    if (IsSource(entry.path())) found.push_back(entry.path().lexically_relative(root));
+  }
+  std::sort(found.begin(), found.end());
+  return found;
+}
+
+bool Allowed(const std::string& from, const std::string& to) {
+  return from == to || kMayInclude.at(from).contains(to);
+}
+
+TEST(Tree, EveryFolderIncludesOnlyWhatItStandsOn) {
+  const fs::path src = fs::path(SOURCE_DIR) / "src";
+  int seen = 0;
+  for (const fs::path& source : Sources(src)) {
+    if (source == "mailhearth.h") continue;  // the umbrella
+    ASSERT_TRUE(kMayInclude.contains(LayerOf(source))) << source << " is in no layer";
+    for (const fs::path& included : OwnIncludes(src, source)) {
+      ASSERT_TRUE(fs::exists(src / included)) << source << " includes " << included;
+      EXPECT_TRUE(Allowed(LayerOf(source), LayerOf(included)))
+          << source << " may not include " << included;
+      ++seen;
+    }
+  }
+  EXPECT_GT(seen, 5) << "the includes are not recognised";
+}
+
+TEST(Tree, TheUmbrellaIncludesEveryPublicHeader) {
+  const fs::path src = fs::path(SOURCE_DIR) / "src";
+  // Headers that others include for their own needs.
+  const std::set<fs::path> internal = {
+      "mailhearth.h",     "strings/Export.h",        "strings/Sizes.h",    "strings/SStringRep.h",
+      "system/StartUp.h", "strings/StandardError.h", "command/Shortfall.h"};
+  const std::vector<fs::path> umbrella = OwnIncludes(src, "mailhearth.h");
+  for (const fs::path& source : Sources(src)) {
+    if (source.extension() != ".h" || internal.contains(source)) continue;
+    EXPECT_EQ(std::count(umbrella.begin(), umbrella.end(), source), 1) << source;
+  }
+}
+
+TEST(Tree, EveryTestIsInTheBuild) {
+  const fs::path tests = fs::path(SOURCE_DIR) / "tests";
+  for (const fs::path& source : Sources(tests)) {
+    if (source.extension() != ".cpp") continue;
+    const bool support = *source.begin() == "support";
+    const fs::path list =
+        support ? tests / "CMakeLists.txt" : tests / source.parent_path() / "CMakeLists.txt";
+    std::ifstream lines(list);
+    const std::string text{std::istreambuf_iterator<char>(lines), {}};
+    const std::string name = support ? source.string() : source.filename().string();
+    EXPECT_NE(text.find(name), text.npos) << source;
+  }
+}
+
+}  // namespace
