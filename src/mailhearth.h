@@ -6,5 +6,6 @@
 #define MAILHEARTH_MAILHEARTH_H
 
 #include "strings/SString.h"    // strings
+#include "system/FileStatus.h"  // what is at a path, and the room beside it
 
 #endif  // MAILHEARTH_MAILHEARTH_H
