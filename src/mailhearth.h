@@ -6,6 +6,8 @@
 #define MAILHEARTH_MAILHEARTH_H
 
 #include "strings/SString.h"    // strings
+#include "system/Dates.h"       // time-zone rules at program start
 #include "system/FileStatus.h"  // what is at a path, and the room beside it
+#include "system/Random.h"      // random integers
 
 #endif  // MAILHEARTH_MAILHEARTH_H
