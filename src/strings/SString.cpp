@@ -15,7 +15,7 @@
 
 inline namespace mailhearth {
 
-static_assert(sizeof(SString) == sizeof(SStringRep*));
+static_assert(sizeof(SString) == sizeof(void*));
 
 namespace {
 
@@ -123,17 +123,6 @@ static_assert(std::numeric_limits<float>::is_iec559, "narrowing past the range i
 
 SString::operator float() const { return static_cast<float>(static_cast<double>(*this)); }
 
-SString& SString::operator+=(const SString& t) {
-  _Append(t.Data(), static_cast<std::size_t>(t.Length()));
-  return *this;
-}
-
-SString& SString::operator+=(const char* s) {
-  const std::string_view text = _Text(s);
-  _Append(text.data(), text.size());
-  return *this;
-}
-
 bool SString::operator<(char c) const {
   return Length() == 0 || static_cast<unsigned char>(*Data()) < static_cast<unsigned char>(c);
 }
@@ -197,8 +186,7 @@ void SString::_Assign(const char* text, std::size_t n) {
   _SetLength(length);
 }
 
-void SString::_Append(const char* text, std::size_t n) {
-  if (n == 0) return;
+void SString::_GrowAndAppend(const char* text, std::size_t n) {
   const int length = rep_->length;
   const int sum = CheckedLength(length + static_cast<std::int64_t>(n));
   const std::ptrdiff_t own = _Holds(text) ? text - rep_->buffer : -1;

@@ -26,8 +26,10 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <iosfwd>
 #include <string_view>
+#include <utility>
 
 #include "Export.h"
 #include "SStringRep.h"
@@ -114,9 +116,7 @@ class MAILHEARTH_EXPORT SString {
   [[nodiscard]] char operator[](int i) const;
 
   // Equality is that of the bytes; an undefined string equals every empty one.
-  [[nodiscard]] bool operator==(const SString& t) const {
-    return rep_ == t.rep_ || View() == t.View();
-  }
+  [[nodiscard]] bool operator==(const SString& t) const;
   [[nodiscard]] bool operator==(const char* s) const { return View() == _Text(s); }
   [[nodiscard]] bool operator==(char c) const { return Length() == 1 && *Data() == c; }
 
@@ -174,6 +174,9 @@ class MAILHEARTH_EXPORT SString {
   void _Assign(const char* text, std::size_t n);
   void _Append(const char* text, std::size_t n);
 
+  // _Append where there is no room yet.
+  void _GrowAndAppend(const char* text, std::size_t n);
+
   // Whether `text` points at a byte of this string.
   [[nodiscard]] bool _Holds(const char* text) const;
 
@@ -190,29 +193,52 @@ class MAILHEARTH_EXPORT SString {
 [[nodiscard]] MAILHEARTH_EXPORT SString Terminated(const SString& s);
 
 inline SString& SString::operator=(const SString& other) noexcept {
-  if (rep_ != other.rep_) {
-    ++other.rep_->links;
-    SStringRep* const shared = other.rep_;
-    _Free();
-    rep_ = shared;
-  }
+  SString shared(other);
+  std::swap(rep_, shared.rep_);
+  return *this;
+}
+
+inline SString& SString::operator+=(const SString& t) {
+  _Append(t.Data(), static_cast<std::size_t>(t.Length()));
+  return *this;
+}
+
+inline SString& SString::operator+=(const char* s) {
+  const std::string_view text = _Text(s);
+  _Append(text.data(), text.size());
   return *this;
 }
 
 inline SString& SString::operator+=(char c) {
-  const int length = rep_->length;
-  if (_HasRoom(length + 1)) [[likely]] {
-    rep_->buffer[length] = c;
-    _SetLength(length + 1);
-  } else {
-    _Append(&c, 1);
-  }
+  _Append(&c, 1);
   return *this;
 }
 
 inline char SString::operator[](int i) const {
   if (i < 0) i += rep_->length;
   return i < 0 || i >= rep_->length ? '\0' : rep_->buffer[i];
+}
+
+inline bool SString::operator==(const SString& t) const {
+  if (rep_ == t.rep_) return true;
+  const int length = rep_->length;
+  if (length != t.rep_->length) return false;
+  return length == 0 ||
+         std::memcmp(rep_->buffer, t.rep_->buffer, static_cast<std::size_t>(length)) == 0;
+}
+
+inline void SString::_Append(const char* text, std::size_t n) {
+  SStringRep& rep = *rep_;  // read once: for all the compiler knows, bytes written may be it
+  const std::int64_t sum = rep.length + static_cast<std::int64_t>(n);
+  if (rep.links == 1 && sum < rep.allocated) [[likely]] {
+    // Bytes of this very string come before those that are written.
+    char* const end = rep.buffer + rep.length;
+    if (n > 0) std::memcpy(end, text, n);
+    end[n] = '\0';
+    rep.length = static_cast<int>(sum);
+  } else if (n > 0) {
+    _GrowAndAppend(text, n);
+  }
 }
 
 inline void SString::_Free() noexcept {
