@@ -5,9 +5,16 @@
 #ifndef MAILHEARTH_MAILHEARTH_H
 #define MAILHEARTH_MAILHEARTH_H
 
-#include "strings/SString.h"    // strings
-#include "system/Dates.h"       // time-zone rules at program start
-#include "system/FileStatus.h"  // what is at a path, and the room beside it
-#include "system/Random.h"      // random integers
+#include "lists/SStringItem.h"     // nodes of lists
+#include "lists/SStringList.h"     // lists of strings
+#include "strings/SFixedString.h"  // strings on bytes that somebody else keeps
+#include "strings/SLineBreaker.h"  // the lines of a text
+#include "strings/SString.h"       // strings
+#include "strings/SSubString.h"    // ranges of strings that can be assigned to
+#include "system/Dates.h"          // the time zone
+#include "system/Digests.h"        // MD5, hexadecimal text, mailbox buckets
+#include "system/Environment.h"    // settings, process id, error texts
+#include "system/FileStatus.h"     // what is at a path, and the room beside it
+#include "system/Random.h"         // random integers
 
 #endif  // MAILHEARTH_MAILHEARTH_H

@@ -90,6 +90,7 @@ std::string Report(const SStringRep& rep) {
 
 SString::SString() : rep_(new SStringRep{nullptr, 0, 1, 0}) {}
 SString::SString(const char* s) : rep_(CopyOf(_Text(s))) {}
+SString::SString(std::string_view text) : rep_(CopyOf(text)) {}
 SString::SString(char c, int n) : rep_(Fill(c, CheckedLength(n < 0 ? 0 : n))) {}
 SString::SString(int value) : rep_(TextOf(value)) {}
 SString::SString(long value) : rep_(TextOf(value)) {}
@@ -122,17 +123,6 @@ SString::operator double() const {
 static_assert(std::numeric_limits<float>::is_iec559, "narrowing past the range is an infinity");
 
 SString::operator float() const { return static_cast<float>(static_cast<double>(*this)); }
-
-bool SString::operator<(char c) const {
-  return Length() == 0 || static_cast<unsigned char>(*Data()) < static_cast<unsigned char>(c);
-}
-
-bool SString::operator>(char c) const {
-  if (Length() == 0) return false;
-  const auto first = static_cast<unsigned char>(*Data());
-  const auto other = static_cast<unsigned char>(c);
-  return Length() == 1 ? first > other : first >= other;
-}
 
 int SString::Write(std::ostream& os) const {
   if (os.fail()) return 0;

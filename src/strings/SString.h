@@ -24,9 +24,11 @@
 #ifndef MAILHEARTH_STRINGS_SSTRING_H
 #define MAILHEARTH_STRINGS_SSTRING_H
 
+#include <compare>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <functional>
 #include <iosfwd>
 #include <string_view>
 #include <utility>
@@ -36,6 +38,8 @@
 
 inline namespace mailhearth {
 
+class SSubString;
+
 class MAILHEARTH_EXPORT SString {
  public:
   // An undefined string. Costs one small allocation, as every string does that is
@@ -44,6 +48,9 @@ class MAILHEARTH_EXPORT SString {
 
   // A handle on the bytes of `other`; nothing is copied.
   SString(const SString& other) noexcept : rep_(other.rep_) { ++rep_->links; }
+
+  // Takes over the bytes of `other`, which is left undefined.
+  SString(SString&& other) noexcept : rep_(std::exchange(other.rep_, SStringRep::MovedFrom())) {}
 
   // A handle on a representation made elsewhere, counted in its `links`.
   // Needs: `rep` is not null; SStringRep.h tells who frees it.
@@ -56,6 +63,9 @@ class MAILHEARTH_EXPORT SString {
   // `n` bytes copied from `s`, NULs included; of a null `s`, `n` NUL bytes.
   // A negative `n` counts as 0.
   SString(const char* s, int n);
+
+  // A copy of the bytes of `text`.
+  explicit SString(std::string_view text);
 
   // `n` times the byte `c`. A negative `n` counts as 0.
   SString(char c, int n = 1);
@@ -73,6 +83,7 @@ class MAILHEARTH_EXPORT SString {
   // From text or a byte, the bytes are copied into the room there is if this handle
   // is the only one on it.
   SString& operator=(const SString& other) noexcept;
+  SString& operator=(SString&& other) noexcept;
   SString& operator=(const char* s);
   SString& operator=(char c);
   SString& operator=(int value) { return *this = SString(value); }
@@ -121,15 +132,89 @@ class MAILHEARTH_EXPORT SString {
   [[nodiscard]] bool operator==(char c) const { return Length() == 1 && *Data() == c; }
 
   // Order is that of the bytes, compared unsigned, the shorter string first where
-  // one begins the other. Nothing is below a null `s`, and what is not empty is
-  // above it. A single byte compares as a string of one byte, but for this: the
-  // empty string is below every byte.
+  // one begins the other; a byte compares as a string of one byte. Nothing is below a
+  // null `s`, and what is not empty is above it.
   [[nodiscard]] bool operator<(const SString& t) const { return View() < t.View(); }
   [[nodiscard]] bool operator>(const SString& t) const { return View() > t.View(); }
   [[nodiscard]] bool operator<(const char* s) const { return View() < _Text(s); }
   [[nodiscard]] bool operator>(const char* s) const { return View() > _Text(s); }
-  [[nodiscard]] bool operator<(char c) const;
-  [[nodiscard]] bool operator>(char c) const;
+  [[nodiscard]] bool operator<(char c) const { return View() < std::string_view(&c, 1); }
+  [[nodiscard]] bool operator>(char c) const { return View() > std::string_view(&c, 1); }
+
+  // The other ways to compare, and comparison with views. What the operators above say of
+  // bytes holds for these too.
+  [[nodiscard]] bool operator==(std::string_view t) const { return View() == t; }
+  [[nodiscard]] std::strong_ordering operator<=>(const SString& t) const {
+    return View() <=> t.View();
+  }
+  [[nodiscard]] std::strong_ordering operator<=>(const char* s) const {
+    return View() <=> _Text(s);
+  }
+  [[nodiscard]] std::strong_ordering operator<=>(std::string_view t) const { return View() <=> t; }
+  [[nodiscard]] std::strong_ordering operator<=>(char c) const {
+    return View() <=> std::string_view(&c, 1);
+  }
+
+  // Returns a new array of Length() + 1 bytes, the string's and a NUL; null when memory is
+  // short. The caller frees it with `delete[]`.
+  [[nodiscard]] char* GetBuf() const;
+
+  // Returns the number of positions at which the operand occurs; occurrences may overlap.
+  // The empty text occurs nowhere.
+  [[nodiscard]] int Count(const SString& t) const;
+  [[nodiscard]] int Count(const char* s) const;
+  [[nodiscard]] int Count(char c) const;
+
+  // Returns whether the bytes are equal but for the case of the letters A to Z: 1 or 0. An
+  // equality, not an order.
+  [[nodiscard]] int CompareNoCase(const SString& t) const;
+
+  // Returns the first position from `start` on at which the operand occurs; -1 when there
+  // is none, when `start` is negative or when the operand is empty.
+  [[nodiscard]] int Index(const SString& t, int start = 0) const;
+  [[nodiscard]] int Index(const char* s, int start = 0) const;
+  [[nodiscard]] int Index(char c, int start = 0) const;
+
+  // Returns the last position at which the text occurs, -1 when there is none. The search
+  // goes down from `start`: 0 is the last byte, a negative number counts from the end, and
+  // one that is negative even then gives -1. For an empty text the answer is where the
+  // search would begin, but -1 for a text longer than the string.
+  [[nodiscard]] int RIndex(const SString& t, int start = 0) const;
+  [[nodiscard]] int RIndex(const char* s, int start = 0) const { return RIndex(SString(s), start); }
+
+  // Returns the last position of the byte, -1 when there is none. Here `start` is where the
+  // search ends above: only positions below it count, or all of them if it is below 1.
+  [[nodiscard]] int RIndex(char c, int start = 0) const;
+
+  // Returns the `count` bytes from `start`, a new string, always defined. A negative start
+  // counts as 0 and takes as much off `count`; what lies outside the string is cut off.
+  //
+  // Of a string that is not constant, the range itself: it can be assigned to, refers to
+  // this string and must not outlive it. `SString part = s.Segment(1, 2)` copies; `auto
+  // part` does not.
+  [[nodiscard]] SString Segment(int start, int count) const;
+  [[nodiscard]] SSubString Segment(int start, int count);
+
+  // Returns whether the string begins with the operand: 1 or 0.
+  [[nodiscard]] int HasPrefix(const SString& p) const { return View().starts_with(p.View()); }
+  [[nodiscard]] int HasPrefix(const char* p) const { return View().starts_with(_Text(p)); }
+
+  // Replaces the string by the next line of `in`, its line feed included; the last line
+  // may end without one.
+  // Returns 1, or 0 when nothing was left to read or the stream has failed. At the end of
+  // input the stream is only at its end; it fails with the next attempt to read.
+  int ReadLine(std::istream& in);
+
+  // Removes the last byte. Returns it, from 0 to 255, or 0 when there is none.
+  int Chop();
+
+  // Change the case of the letters A to Z; turn the order of the bytes round. An undefined
+  // string becomes defined and empty.
+  SString& LowerCase();
+  SString& UpperCase();
+  SString& Reverse();
+
+  friend void swap(SString& a, SString& b) noexcept { std::swap(a.rep_, b.rep_); }
 
   // Writes the bytes to `os`, NULs included, with no end mark.
   // Returns 1 when the stream is still good afterwards, else 0. On a stream that
@@ -143,7 +228,9 @@ class MAILHEARTH_EXPORT SString {
   void Debug(int verbose) const;
 
  private:
+  friend class SStringList;
   friend class SStringPeek;  // the tests' eye
+  friend class SSubString;
   friend MAILHEARTH_EXPORT SString Terminated(const SString& s);
 
   // Points this handle at a new representation for `n` bytes, NUL at `n`; the
@@ -177,6 +264,27 @@ class MAILHEARTH_EXPORT SString {
   // _Append where there is no room yet.
   void _GrowAndAppend(const char* text, std::size_t n);
 
+  // A range of bytes within the string.
+  struct Range {
+    int start;
+    int count;
+  };
+
+  // Index for bytes of any kind.
+  [[nodiscard]] int _Index(std::string_view text, int start) const;
+
+  // Returns what of the range lies within the string; see Segment.
+  [[nodiscard]] Range _Clip(int start, int count) const;
+
+  // Replaces a range of the string by `text`, which may be bytes of this string.
+  void _Replace(Range range, std::string_view text);
+
+  // Makes this handle the only one on its bytes, and defined.
+  void _MakeUnique() { _Realloc(rep_->length); }
+
+  // Room for bytes and NUL; 0 when the string has no storage of its own.
+  [[nodiscard]] int _Capacity() const { return rep_->allocated; }
+
   // Whether `text` points at a byte of this string.
   [[nodiscard]] bool _Holds(const char* text) const;
 
@@ -192,9 +300,36 @@ class MAILHEARTH_EXPORT SString {
 // the C library takes this way; the C library sees it up to its first NUL.
 [[nodiscard]] MAILHEARTH_EXPORT SString Terminated(const SString& s);
 
+// New strings: text or a byte, with `t` appended.
+[[nodiscard]] inline SString operator+(const char* s, const SString& t) { return SString(s) += t; }
+[[nodiscard]] inline SString operator+(char c, const SString& t) { return SString(c, 1) += t; }
+
+// Returns the part of `path` behind its last "/", without `suffix` if the path ends with
+// that. Where the suffix reaches over the "/", nothing is left.
+[[nodiscard]] MAILHEARTH_EXPORT SString BaseName(const SString& path, const SString& suffix);
+[[nodiscard]] inline SString BaseName(const char* path, const SString& suffix) {
+  return BaseName(SString(path), suffix);  // not a list of one path
+}
+
+// Return the text of a number, as the constructors do.
+[[nodiscard]] inline SString MakeSString(int value) { return SString(value); }
+[[nodiscard]] inline SString MakeSString(long value) { return SString(value); }
+[[nodiscard]] inline SString MakeSString(float value) { return SString(value); }
+[[nodiscard]] inline SString MakeSString(double value) { return SString(value); }
+
+// Write the bytes; read a whole line, its line feed included.
+MAILHEARTH_EXPORT std::ostream& operator<<(std::ostream& os, SString s);
+MAILHEARTH_EXPORT std::istream& operator>>(std::istream& is, SString& s);
+
 inline SString& SString::operator=(const SString& other) noexcept {
   SString shared(other);
   std::swap(rep_, shared.rep_);
+  return *this;
+}
+
+inline SString& SString::operator=(SString&& other) noexcept {
+  SString taken(std::move(other));
+  std::swap(rep_, taken.rep_);
   return *this;
 }
 
@@ -252,5 +387,15 @@ inline void SString::_SetLength(int n) {
 }
 
 }  // namespace mailhearth
+
+// Equal strings have equal hashes, undefined and empty ones too.
+template <>
+struct std::hash<mailhearth::SString> {
+  std::size_t operator()(const mailhearth::SString& s) const noexcept {
+    return std::hash<std::string_view>()(s.View());
+  }
+};
+
+#include "SSubString.h"  // what Segment returns
 
 #endif  // MAILHEARTH_STRINGS_SSTRING_H

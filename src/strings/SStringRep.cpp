@@ -17,6 +17,12 @@ char* NewBuffer(int n) { return new char[static_cast<std::size_t>(AllocationFor(
 
 }  // namespace
 
+SStringRep* SStringRep::MovedFrom() noexcept {
+  constinit static SStringRep rep{nullptr, 0, 1 << 30, 0};
+  ++rep.links;
+  return &rep;
+}
+
 SStringRep* SStringRep::New(int n) {
   const int allocated = AllocationFor(n);
   void* const block = ::operator new(sizeof(SStringRep) + static_cast<std::size_t>(allocated));

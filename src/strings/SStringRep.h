@@ -44,6 +44,10 @@ struct MAILHEARTH_EXPORT SStringRep {
     return buffer == reinterpret_cast<const char*>(this) + sizeof *this;
   }
 
+  // Returns a representation of an undefined string, with one link more, that what has
+  // been moved from shares. Counted so high that it is never freed and never edited.
+  [[nodiscard]] static SStringRep* MovedFrom() noexcept;
+
   // Frees the buffer and leaves the representation of an undefined string.
   void Clear();
 

@@ -16,24 +16,12 @@
 #include <type_traits>
 
 #include "strings/Sizes.h"
+#include "support/CheckText.h"
 #include "support/SStringPeek.h"
 
 namespace {
 
 using namespace std::string_view_literals;
-
-// Checks the bytes and all that the type promises beside them.
-void CheckText(const SString& s, std::string_view bytes) {
-  EXPECT_STREQ(Flaw(s), "");
-  EXPECT_TRUE(s.Defined());
-  EXPECT_EQ(s.View(), bytes);
-}
-
-void CheckUndefined(const SString& s) {
-  EXPECT_STREQ(Flaw(s), "");
-  EXPECT_FALSE(s.Defined());
-  EXPECT_EQ(s.Length(), 0);
-}
 
 int Allocated(const SString& s) { return SStringPeek::Rep(s).allocated; }
 int Links(const SString& s) { return SStringPeek::Rep(s).links; }

@@ -33,7 +33,8 @@ const std::map<std::string, Layers> kMayInclude = {
     {"command", {"strings", "lower system"}},
 };
 
-const std::set<std::string> kLowerSystem = {"Dates", "FileStatus", "Random", "StartUp"};
+const std::set<std::string> kLowerSystem = {"Dates",      "Digests", "Environment", "ErrnoKeeper",
+                                            "FileStatus", "Random",  "StartUp"};
 
 // Returns the layer of a source, by its path from src/.
 std::string LayerOf(const fs::path& path) {
@@ -92,9 +93,11 @@ TEST(Tree, EveryFolderIncludesOnlyWhatItStandsOn) {
 TEST(Tree, TheUmbrellaIncludesEveryPublicHeader) {
   const fs::path src = fs::path(SOURCE_DIR) / "src";
   // Headers that others include for their own needs.
-  const std::set<fs::path> internal = {
-      "mailhearth.h",     "strings/Export.h",        "strings/Sizes.h",    "strings/SStringRep.h",
-      "system/StartUp.h", "strings/StandardError.h", "command/Shortfall.h"};
+  const std::set<fs::path> internal = {"mailhearth.h",         "command/Shortfall.h",
+                                       "strings/Bytes.h",      "strings/Export.h",
+                                       "strings/Search.h",     "strings/Sizes.h",
+                                       "strings/SStringRep.h", "strings/StandardError.h",
+                                       "system/ErrnoKeeper.h", "system/StartUp.h"};
   const std::vector<fs::path> umbrella = OwnIncludes(src, "mailhearth.h");
   for (const fs::path& source : Sources(src)) {
     if (source.extension() != ".h" || internal.contains(source)) continue;

@@ -1,0 +1,43 @@
+// SStringItem is a node of an SStringList: a string, and its neighbours in a ring. It can
+// be used wherever a string is wanted. Lists make and destroy their nodes; other code has
+// little need to.
+
+#ifndef MAILHEARTH_LISTS_SSTRINGITEM_H
+#define MAILHEARTH_LISTS_SSTRINGITEM_H
+
+#include "../strings/Export.h"
+#include "../strings/SString.h"
+
+inline namespace mailhearth {
+
+struct MAILHEARTH_EXPORT SStringItem {
+  SString value;  // first, so that a node is found where its string is
+  SStringItem* next = this;
+  SStringItem* prev = this;
+
+  // Each makes a ring of one.
+  SStringItem() = default;
+  SStringItem(const SString& s) : value(s) {}
+  SStringItem(const char* s) : value(s) {}
+  SStringItem(char c) : value(c, 1) {}
+
+  // Takes the node out of its ring. No list's count knows of it.
+  ~SStringItem() {
+    prev->next = next;
+    next->prev = prev;
+  }
+
+  SStringItem(const SStringItem&) = delete;
+  SStringItem& operator=(const SStringItem&) = delete;
+
+  operator SString&() { return value; }
+  operator const SString&() const { return value; }
+
+  // Dumps the node to the standard error stream: at level 0 its escaped bytes, at 1 the
+  // addresses of it and its neighbours and the bytes, above that all of SString::Debug.
+  void Debug(int level) const;
+};
+
+}  // namespace mailhearth
+
+#endif  // MAILHEARTH_LISTS_SSTRINGITEM_H

@@ -1,0 +1,499 @@
+// The elements are a ring of nodes, so the last is the first's neighbour and both ends are
+// at hand. Every operation that adds elements makes all their nodes first, in a list of its
+// own, and links these in when nothing can fail any more.
+
+#include "SStringList.h"
+
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <cstdint>
+#include <istream>
+#include <limits>
+#include <memory>
+#include <new>
+#include <ostream>
+#include <vector>
+
+#include "../strings/Sizes.h"
+#include "../strings/StandardError.h"
+
+inline namespace mailhearth {
+
+static_assert(sizeof(SStringList) == sizeof(void*));
+
+namespace {
+
+// What lists that have been moved from share, counted so high that it is never freed and
+// never edited.
+constinit SStringListRep movedFrom{nullptr, 0, 1 << 30, 0};
+
+SStringListRep* MovedFrom() {
+  ++movedFrom.links;
+  return &movedFrom;
+}
+
+void Link(SStringItem* before, SStringItem* after) {
+  before->next = after;
+  after->prev = before;
+}
+
+void DestroyItems(SStringListRep& list) {
+  for (; list.count > 0; --list.count) delete list.root->next;  // the last is the root itself
+  list.root = nullptr;
+}
+
+// A string to be sorted, with its first eight bytes as a number: most comparisons end there.
+struct SortKey {
+  std::uint64_t beginning;
+  const SString* string;
+
+  explicit SortKey(const SString& s) : string(&s) {
+    std::array<char, sizeof beginning> bytes{};
+    s.View().copy(bytes.data(), bytes.size());
+    beginning = std::bit_cast<std::uint64_t>(bytes);
+    if constexpr (std::endian::native == std::endian::little) {
+      beginning = __builtin_bswap64(beginning);
+    }
+  }
+
+  bool operator<(const SortKey& other) const {
+    return beginning != other.beginning ? beginning < other.beginning : *string < *other.string;
+  }
+};
+
+// Applies `change` to a copy of each element.
+template <class Change>
+SStringList Changed(const SStringList& list, Change change) {
+  SStringList changed;
+  if (list.Defined()) changed.Reset();
+  for (const SString& element : list) changed.Push(change(element));
+  return changed;
+}
+
+}  // namespace
+
+SStringList::SStringList() {
+  _Create();
+  _Undefine();
+}
+
+SStringList::SStringList(SStringList&& other) noexcept
+    : rep_(std::exchange(other.rep_, MovedFrom())) {}
+
+SStringList::SStringList(const SString& s) : SStringList() { _Push(s); }
+SStringList::SStringList(const char* s) : SStringList() { _Push(SString(s)); }
+
+SStringList::SStringList(std::initializer_list<SString> elements) : SStringList() {
+  _Define();
+  for (const SString& element : elements) _Push(element);
+}
+
+SStringList::SStringList(const char** v) : SStringList() {
+  if (v == nullptr) return;
+  _Define();
+  for (; *v != nullptr; ++v) _Push(SString(*v));
+}
+
+SStringList::~SStringList() { _Free(); }
+
+SStringList& SStringList::operator=(const SStringList& o) noexcept {
+  SStringList shared(o);
+  std::swap(rep_, shared.rep_);
+  return *this;
+}
+
+SStringList& SStringList::operator=(SStringList&& o) noexcept {
+  SStringList taken(std::move(o));
+  std::swap(rep_, taken.rep_);
+  return *this;
+}
+
+SStringList& SStringList::operator=(const SString& s) { return *this = SStringList(s); }
+SStringList& SStringList::operator=(const char* s) { return *this = SStringList(s); }
+SStringList& SStringList::operator=(const char** v) { return *this = SStringList(v); }
+
+SString& SStringList::operator[](int i) {
+  _MakeUnique();
+  if (i < 0) i += rep_->count;
+  if (i < 0) return *new SString;  // the caller may write to it, and nobody will know
+  while (i >= rep_->count) _Push(SString());
+  return _FindItem(i)->value;
+}
+
+SString SStringList::Get(int i) const {
+  if (i < 0) i += rep_->count;
+  const SStringItem* const item = _FindItem(i);
+  return item == nullptr ? SString() : item->value;
+}
+
+bool SStringList::operator==(const SStringList& o) const {
+  return rep_ == o.rep_ || (Count() == o.Count() && std::equal(begin(), end(), o.begin()));
+}
+
+SStringList::operator char**() const {
+  if (!Defined()) return nullptr;
+  const auto count = static_cast<std::size_t>(Count());
+  std::unique_ptr<char*[]> texts(new (std::nothrow) char*[count + 1]);
+  if (texts == nullptr) return nullptr;
+  texts[count] = nullptr;
+  if (count == 0) return texts.release();
+  char* place = new (std::nothrow) char[static_cast<std::size_t>(_TotalSize()) + count + 1];
+  if (place == nullptr) return nullptr;
+  char** text = texts.get();
+  for (const SString& element : *this) {
+    *text++ = place;
+    place += element.View().copy(place, element.View().size());
+    *place++ = '\0';
+  }
+  return texts.release();
+}
+
+SStringList SStringList::Clone() const {
+  SStringList clone;
+  for (const SString& element : *this) {
+    clone._Push(element._Capacity() < 1 ? SString() : SString(element.Data(), element.Length()));
+  }
+  clone.rep_->flags = rep_->flags;
+  return clone;
+}
+
+int SStringList::Index(const SString& s) const {
+  const Iterator found = std::find(begin(), end(), s);
+  return found == end() ? -1 : static_cast<int>(std::distance(begin(), found));
+}
+
+int SStringList::Index(const char* s) const {
+  int i = 0;
+  for (const SString& element : *this) {
+    if (element == s) return i;
+    ++i;
+  }
+  return -1;
+}
+
+SStringList SStringList::Slice(int from, int to) const {
+  SStringList slice;
+  if (from < 0 || from > to || to >= Count()) return slice;
+  const SStringItem* item = _FindItem(from);
+  for (int n = to - from; n >= 0; --n, item = item->next) slice._Push(item->value);
+  return slice;
+}
+
+SString SStringList::Join(const SString& sep) const {
+  if (Count() == 0) return Defined() ? SString("") : SString();
+  SString joined("");
+  joined._Realloc(CheckedLength(_TotalSize() + std::int64_t{sep.Length()} * (Count() - 1)));
+  const SStringItem* item = rep_->root;
+  joined += item->value;
+  while ((item = item->next) != rep_->root) (joined += sep) += item->value;
+  return joined;
+}
+
+int SStringList::Chop() {
+  if (Count() == 0) return 0;
+  _MakeUnique();
+  SStringItem* item = rep_->root;
+  int removed = 0;
+  do {
+    removed = item->value.Chop();
+    item = item->next;
+  } while (item != rep_->root);
+  return removed;
+}
+
+bool SStringList::Delete(const SString& s) {
+  const int i = Index(s);
+  return i >= 0 && Delete(i);
+}
+
+bool SStringList::Delete(const char* s) {
+  const int i = Index(s);
+  return i >= 0 && Delete(i);
+}
+
+bool SStringList::Delete(int i) {
+  _MakeUnique();
+  SStringItem* const item = _FindItem(i);
+  if (item == nullptr) return false;
+  _Remove(item);
+  return true;
+}
+
+void SStringList::Insert(const SStringList& o, int pos) {
+  _MakeUnique();
+  if (Count() == 0) {
+    *this = o;
+    if (pos > 0) _PushInFront(pos);
+  } else if (pos >= 0 && pos <= Count()) {
+    SStringList copies;
+    copies._Push(o);
+    _Take(copies, pos);
+  }
+}
+
+SString SStringList::Pop() {
+  _MakeUnique();
+  if (Count() == 0) return SString();
+  SStringItem* const item = rep_->root->prev;
+  SString value = item->value;
+  _Remove(item);
+  return value;
+}
+
+SString SStringList::Shift() {
+  if (Count() == 0) return SString();
+  _MakeUnique();
+  rep_->root = rep_->root->next;
+  return Pop();
+}
+
+int SStringList::Push(const SString& s) {
+  const SString kept(s);  // it may be an element of this very list
+  _MakeUnique();
+  return _Push(kept);
+}
+
+int SStringList::Push(const char* s) { return Push(SString(s)); }
+
+int SStringList::Push(const SStringList& other) {
+  _MakeUnique();
+  return _Push(other);
+}
+
+void SStringList::Reset() {
+  if (rep_->links == 1) {
+    DestroyItems(*rep_);
+    _Define();
+  } else {
+    SStringList fresh;
+    fresh._Define();
+    std::swap(rep_, fresh.rep_);
+  }
+}
+
+void SStringList::Undef() {
+  Reset();
+  _Undefine();
+}
+
+void SStringList::Reverse() {
+  if (Count() < 2) return;
+  _MakeUnique();
+  _Reverse(rep_->root, rep_->root->prev, Count());
+}
+
+void SStringList::Sort() {
+  if (Count() < 2) return;
+  _MakeUnique();
+  _Sort(rep_->root, Count());
+}
+
+SStringList SStringList::Splice(int off, int len) {
+  _MakeUnique();
+  SStringList removed;
+  if (off < 0 || len <= 0 || off > Count() - len) return removed;
+  if (len == Count()) {
+    std::swap(rep_, removed.rep_);
+    _Define();
+    return removed;
+  }
+  SStringItem* const first = _FindItem(off);
+  SStringItem* const last = _FindItem(off + len - 1);
+  if (off == 0) rep_->root = last->next;
+  Link(first->prev, last->next);
+  Link(last, first);
+  rep_->count -= len;
+  removed.rep_->root = first;
+  removed.rep_->count = len;
+  return removed;
+}
+
+SStringList SStringList::Splice(int off) {
+  return off < 0 || off >= Count() ? Splice(off, 0) : Splice(off, Count() - off);
+}
+
+SStringList SStringList::Splice(int off, int len, const SStringList& repl) {
+  const SStringList given(repl);  // it may be this very list
+  SStringList removed = Splice(off, len);
+  Insert(given, off);
+  return removed;
+}
+
+void SStringList::Unique() {
+  if (Count() < 2) return;
+  _MakeUnique();
+  for (SStringItem* item = rep_->root; item->next != rep_->root;) {
+    if (item->value == item->next->value) {
+      _Remove(item->next);
+    } else {
+      item = item->next;
+    }
+  }
+}
+
+void SStringList::Debug(int level) const {
+  std::ostream& out = StandardError();
+  if (!Defined()) {
+    out << "Undefined\n";
+    return;
+  }
+  out << "Number of Links: " << rep_->links << "\n"
+      << "Number of Items: " << rep_->count << "\n"
+      << "Root node:       " << static_cast<const void*>(rep_->root) << "\n"
+      << "Flags:           " << rep_->flags << "\n";
+  if (level == 0) return;
+  const SStringItem* item = rep_->root;
+  for (int n = Count(); n > 0; --n, item = item->next) {
+    item->Debug(level);
+    out << "\n";
+  }
+}
+
+void SStringList::_Create() { rep_ = new SStringListRep; }
+
+bool SStringList::_MakeUnique() {
+  if (rep_->links > 1) {
+    SStringList mine;
+    mine._Define();
+    mine._Push(*this);
+    std::swap(rep_, mine.rep_);
+  }
+  return true;
+}
+
+SStringItem* SStringList::_FindItem(int i) {
+  return const_cast<SStringItem*>(std::as_const(*this)._FindItem(i));
+}
+
+const SStringItem* SStringList::_FindItem(int i) const {
+  if (i < 0 || i >= Count()) return nullptr;
+  const SStringItem* item = rep_->root;
+  if (i > Count() / 2) {
+    for (int n = Count() - i; n > 0; --n) item = item->prev;
+  } else {
+    for (; i > 0; --i) item = item->next;
+  }
+  return item;
+}
+
+int SStringList::_Push(const SString& s) {
+  auto item = std::make_unique<SStringItem>(s);
+  rep_->count = CheckedLength(std::int64_t{rep_->count} + 1);
+  _Define();
+  if (rep_->root == nullptr) {
+    rep_->root = item.release();
+  } else {
+    Link(rep_->root->prev, item.get());
+    Link(item.release(), rep_->root);
+  }
+  return rep_->count;
+}
+
+int SStringList::_Push(const SStringList& other) {
+  SStringList copies;
+  for (const SString& element : other) copies._Push(element);
+  if (other.Defined()) _Define();
+  _Take(copies, Count());
+  return Count();
+}
+
+void SStringList::_Take(SStringList& other, int pos) {
+  if (other.Count() == 0) return;
+  const int sum = CheckedLength(std::int64_t{Count()} + other.Count());
+  SStringListRep& from = *other.rep_;
+  if (rep_->root == nullptr) {
+    rep_->root = from.root;
+  } else {
+    SStringItem* const behind = pos == Count() ? rep_->root : _FindItem(pos);
+    SStringItem* const last = from.root->prev;
+    Link(behind->prev, from.root);
+    Link(last, behind);
+    if (pos == 0) rep_->root = from.root;
+  }
+  _Define();
+  rep_->count = sum;
+  from.root = nullptr;
+  from.count = 0;
+}
+
+void SStringList::_PushInFront(int n) {
+  for (; n > 0; --n) {
+    _Push(SString());
+    rep_->root = rep_->root->prev;
+  }
+}
+
+void SStringList::_Remove(SStringItem* item) {
+  if (item == rep_->root) rep_->root = item->next;
+  if (--rep_->count == 0) rep_->root = nullptr;
+  delete item;
+}
+
+void SStringList::_Reverse(SStringItem* first, SStringItem* last, int n) {
+  for (n /= 2; n > 0; --n, first = first->next, last = last->prev) _SwapSStrings(first, last);
+}
+
+void SStringList::_Sort(SStringItem* first, int n) {
+  std::vector<SortKey> keys;
+  keys.reserve(static_cast<std::size_t>(n));
+  SStringItem* item = first;
+  for (int i = 0; i < n; ++i, item = item->next) keys.emplace_back(item->value);
+  std::sort(keys.begin(), keys.end());
+  std::vector<SString> sorted;
+  sorted.reserve(keys.size());
+  for (const SortKey& key : keys) sorted.push_back(*key.string);
+  item = first;
+  for (SString& string : sorted) {
+    swap(item->value, string);
+    item = item->next;
+  }
+}
+
+std::int64_t SStringList::_TotalSize() const {
+  std::int64_t total = 0;
+  for (const SString& element : *this) total += element.Length();
+  return total;
+}
+
+void SStringList::_Free() noexcept {
+  if (--rep_->links == 0) {
+    DestroyItems(*rep_);
+    delete rep_;
+  }
+}
+
+int Length(const SStringList& list) {
+  std::int64_t total = 0;
+  for (const SString& element : list) total += element.Length();
+  return static_cast<int>(std::min<std::int64_t>(total, std::numeric_limits<int>::max()));
+}
+
+std::ostream& operator<<(std::ostream& os, SStringList list) {
+  for (const SString& element : std::as_const(list)) element.Write(os);
+  return os;
+}
+
+std::istream& operator>>(std::istream& is, SStringList& list) {
+  list.Reset();
+  for (;;) {
+    SString line;
+    line.ReadLine(is);  // what was read before a failure counts, so its result does not
+    if (line.Length() == 0 || line == '\n') return is;
+    list.Push(line);
+  }
+}
+
+SStringList BaseName(const SStringList& list, const SString& suffix) {
+  return Changed(list, [&](const SString& element) { return BaseName(element, suffix); });
+}
+
+SStringList LowerCase(const SStringList& list) {
+  return Changed(list, [](SString element) { return element.LowerCase(); });
+}
+
+SStringList UpperCase(const SStringList& list) {
+  return Changed(list, [](SString element) { return element.UpperCase(); });
+}
+
+}  // namespace mailhearth

@@ -1,0 +1,50 @@
+// SSubString is a range of an SString that can be read and assigned to. It is what
+// Segment of a string that is not constant returns.
+//
+//   SString s("abcdef");
+//   s.Segment(2, 2) = "XY";             // s is abXYef
+//   const SString part = s.Segment(0, 3);
+//
+// It refers to the string, which must outlive it. Its bounds are cut to the string when
+// it is made, and stay as they are; where the string has become shorter since, what is
+// left of the range counts.
+
+#ifndef MAILHEARTH_STRINGS_SSUBSTRING_H
+#define MAILHEARTH_STRINGS_SSUBSTRING_H
+
+#include <string_view>
+
+#include "Export.h"
+#include "SString.h"
+
+inline namespace mailhearth {
+
+class MAILHEARTH_EXPORT SSubString {
+ public:
+  // The `count` bytes of `s` from `start`. A negative start counts as 0 and takes as much
+  // off `count`; what lies outside the string is cut off.
+  SSubString(SString& s, int start, int count);
+  SSubString(const SSubString&) = default;
+
+  // A copy of the bytes; undefined when the string is.
+  operator SString() const;
+
+  // The bytes, until the next edit of the string.
+  [[nodiscard]] std::string_view View() const;
+
+  // Replaces the range by the bytes of `t`, which may be the string itself or share with
+  // it. An undefined string simply becomes `t`.
+  SSubString& operator=(const SString& t);
+  SSubString& operator=(const SSubString& o);
+
+  [[nodiscard]] bool operator==(const SString& t) const { return View() == t.View(); }
+
+ private:
+  SString& string_;
+  int start_;
+  int count_;
+};
+
+}  // namespace mailhearth
+
+#endif  // MAILHEARTH_STRINGS_SSUBSTRING_H
