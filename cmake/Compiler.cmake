@@ -11,6 +11,13 @@ set(CMAKE_CXX_EXTENSIONS OFF)
 set(CMAKE_CXX_VISIBILITY_PRESET hidden)
 set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 
+# Sanitizers and coverage bring a runtime of their own: such builds are not installed.
+set(MAILHEARTH_INSTRUMENTED OFF)
+string(TOUPPER "CMAKE_CXX_FLAGS_${CMAKE_BUILD_TYPE}" flags_of_type)
+if("${CMAKE_CXX_FLAGS} ${${flags_of_type}}" MATCHES "-fsanitize|--coverage")
+  set(MAILHEARTH_INSTRUMENTED ON)
+endif()
+
 add_library(mailhearth_build INTERFACE)
 target_include_directories(mailhearth_build INTERFACE "${PROJECT_SOURCE_DIR}/src")
 target_compile_options(mailhearth_build INTERFACE

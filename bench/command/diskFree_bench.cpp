@@ -45,7 +45,7 @@ double NumberFrom(const std::string& command) {
 }
 
 void Process(benchmark::State& state, const Words& words) {
-  std::string line = PEAK_MEMORY;
+  std::string line = "'" PEAK_MEMORY "'";
   for (const char* const word : words) line += std::string(" '") + word + "'";
   state.counters["peak_KiB"] = NumberFrom(line);
   for (auto _ : state) {

@@ -16,9 +16,9 @@ namespace {
 void Print(std::string_view text) {
   while (!text.empty()) {
     const ssize_t written = ::write(STDOUT_FILENO, text.data(), text.size());
-    if (written >= 0) {
+    if (written > 0) {
       text.remove_prefix(static_cast<std::size_t>(written));
-    } else if (errno != EINTR) {
+    } else if (written == 0 || errno != EINTR) {
       return;
     }
   }
@@ -30,7 +30,9 @@ int main(int /*argc*/, char** argv) {
   // The verdict is the exit status; a reader who has gone must not take it away.
   static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
 
-  const char* const file = argv[1];  // null when there is none: the empty path
+  // Null when there is none, also where the system lets a program start without its name:
+  // the empty path.
+  const char* const file = argv[0] == nullptr ? nullptr : argv[1];
   Print(NumberLine(Shortfall(file)));
   return TooFull(file) ? 1 : 0;
 }

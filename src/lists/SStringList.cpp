@@ -43,24 +43,61 @@ void DestroyItems(SStringListRep& list) {
   list.root = nullptr;
 }
 
-// A string to be sorted, with its first eight bytes as a number: most comparisons end there.
+// A string to be sorted, by eight of its bytes from some depth on.
 struct SortKey {
-  std::uint64_t beginning;
-  const SString* string;
+  std::uint64_t bytes;  // the first is the highest; NULs where the string has ended
+  std::uint32_t left;   // bytes from there to its end; more than kWord counts as one more
+  SString* string;
 
-  explicit SortKey(const SString& s) : string(&s) {
-    std::array<char, sizeof beginning> bytes{};
-    s.View().copy(bytes.data(), bytes.size());
-    beginning = std::bit_cast<std::uint64_t>(bytes);
-    if constexpr (std::endian::native == std::endian::little) {
-      beginning = __builtin_bswap64(beginning);
+  static constexpr std::uint32_t kWord = 8;
+
+  void Load(std::size_t depth) {
+    const std::string_view rest = string->View().substr(depth);
+    std::array<char, kWord> word{};
+    rest.copy(word.data(), kWord);
+    bytes = std::bit_cast<std::uint64_t>(word);
+    if constexpr (std::endian::native == std::endian::little) bytes = __builtin_bswap64(bytes);
+    left = static_cast<std::uint32_t>(std::min<std::size_t>(rest.size(), kWord + 1));
+  }
+
+  auto operator<=>(const SortKey& other) const {
+    return bytes != other.bytes ? bytes <=> other.bytes : left <=> other.left;
+  }
+  bool operator==(const SortKey& other) const { return (*this <=> other) == 0; }
+};
+
+// A run of strings that are equal up to some depth.
+struct SortRun {
+  std::size_t begin, end, depth;
+};
+
+// Sorts strings by eight bytes, then those that are equal so far by the next eight: nearly
+// all comparisons are of two numbers, and equal strings are read once.
+// Returns whether the order has changed.
+bool SortByWords(std::vector<SortKey>& keys) {
+  bool changed = false;
+  std::vector<SortRun> runs = {{0, keys.size(), 0}};
+  while (!runs.empty()) {
+    const SortRun run = runs.back();
+    runs.pop_back();
+    const auto first = keys.begin() + static_cast<std::ptrdiff_t>(run.begin);
+    const auto last = keys.begin() + static_cast<std::ptrdiff_t>(run.end);
+    for (auto key = first; key != last; ++key) key->Load(run.depth);
+    if (!std::is_sorted(first, last)) {
+      std::sort(first, last);
+      changed = true;
+    }
+    for (auto from = first; from != last;) {
+      const auto to = std::find_if(from, last, [&](const SortKey& key) { return key != *from; });
+      if (to - from > 1 && from->left > SortKey::kWord) {
+        runs.push_back({static_cast<std::size_t>(from - keys.begin()),
+                        static_cast<std::size_t>(to - keys.begin()), run.depth + SortKey::kWord});
+      }
+      from = to;
     }
   }
-
-  bool operator<(const SortKey& other) const {
-    return beginning != other.beginning ? beginning < other.beginning : *string < *other.string;
-  }
-};
+  return changed;
+}
 
 // Applies `change` to a copy of each element.
 template <class Change>
@@ -249,12 +286,16 @@ SString SStringList::Shift() {
 }
 
 int SStringList::Push(const SString& s) {
-  const SString kept(s);  // it may be an element of this very list
+  auto item = std::make_unique<SStringItem>(s);  // first: it may be an element of this list
   _MakeUnique();
-  return _Push(kept);
+  return _Push(std::move(item));
 }
 
-int SStringList::Push(const char* s) { return Push(SString(s)); }
+int SStringList::Push(const char* s) {
+  auto item = std::make_unique<SStringItem>(s);
+  _MakeUnique();
+  return _Push(std::move(item));
+}
 
 int SStringList::Push(const SStringList& other) {
   _MakeUnique();
@@ -377,8 +418,9 @@ const SStringItem* SStringList::_FindItem(int i) const {
   return item;
 }
 
-int SStringList::_Push(const SString& s) {
-  auto item = std::make_unique<SStringItem>(s);
+int SStringList::_Push(const SString& s) { return _Push(std::make_unique<SStringItem>(s)); }
+
+int SStringList::_Push(std::unique_ptr<SStringItem> item) {
   rep_->count = CheckedLength(std::int64_t{rep_->count} + 1);
   _Define();
   if (rep_->root == nullptr) {
@@ -438,8 +480,8 @@ void SStringList::_Sort(SStringItem* first, int n) {
   std::vector<SortKey> keys;
   keys.reserve(static_cast<std::size_t>(n));
   SStringItem* item = first;
-  for (int i = 0; i < n; ++i, item = item->next) keys.emplace_back(item->value);
-  std::sort(keys.begin(), keys.end());
+  for (int i = 0; i < n; ++i, item = item->next) keys.push_back({0, 0, &item->value});
+  if (!SortByWords(keys)) return;
   std::vector<SString> sorted;
   sorted.reserve(keys.size());
   for (const SortKey& key : keys) sorted.push_back(*key.string);

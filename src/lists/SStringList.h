@@ -27,6 +27,7 @@
 #include <initializer_list>
 #include <iosfwd>
 #include <iterator>
+#include <memory>
 #include <utility>
 
 #include "../strings/Export.h"
@@ -185,8 +186,9 @@ class MAILHEARTH_EXPORT SStringList {
 
   void Reverse();
 
-  // Sorts upwards, by operator< of SString; equal elements in any order. Takes
-  // n log n comparisons at the most, and memory for n positions.
+  // Sorts upwards, in the order of SString; equal elements in any order. Takes n log n
+  // comparisons of eight bytes for each eight that elements have in common, memory for n
+  // positions, and no stack to speak of.
   void Sort();
 
   // Removes `len` elements from `off` on and returns them. An undefined list, and no change,
@@ -227,6 +229,7 @@ class MAILHEARTH_EXPORT SStringList {
   [[nodiscard]] const SStringItem* _FindItem(int i) const;
 
   int _Push(const SString& s);
+  int _Push(std::unique_ptr<SStringItem> item);
   int _Push(const SStringList& other);
 
   static void _Reverse(SStringItem* first, SStringItem* last, int n);

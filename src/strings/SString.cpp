@@ -145,8 +145,8 @@ char* SString::_Malloc(int n) {
 char* SString::_Realloc(int n) {
   if (_HasRoom(n)) {
     rep_->buffer[n] = '\0';
-  } else if (rep_->links == 1 && !rep_->OneBlock()) {
-    rep_->Enlarge(n);  // not of our making: its maker may know it by its address
+  } else if (rep_->links == 1 && Defined() && !rep_->OneBlock()) {
+    rep_->Enlarge(n);  // made elsewhere: its maker may know it by its address
     rep_->buffer[n] = '\0';
   } else {
     SStringRep* const left = rep_;
@@ -160,7 +160,7 @@ char* SString::_Realloc(int n) {
 }
 
 void SString::_Undef() {
-  if (rep_->links == 1) {
+  if (rep_->links == 1 && !rep_->OneBlock()) {
     rep_->Clear();
   } else {
     *this = SString();
@@ -169,11 +169,12 @@ void SString::_Undef() {
 
 void SString::_Assign(const char* text, std::size_t n) {
   const int length = CheckedLength(static_cast<std::int64_t>(n));
-  // With room the text may be bytes of this very buffer. Without, it cannot end
-  // with the buffer: either it does not fit in there, or others hold that too.
-  if (!_HasRoom(length)) _Realloc(length);
-  if (n > 0) std::memmove(rep_->buffer, text, n);
-  _SetLength(length);
+  if (_HasRoom(length)) {
+    if (n > 0) std::memmove(rep_->buffer, text, n);  // it may be bytes of this buffer
+    _SetLength(length);
+  } else {
+    *this = SString(std::string_view(text, n));
+  }
 }
 
 void SString::_GrowAndAppend(const char* text, std::size_t n) {

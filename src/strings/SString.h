@@ -31,6 +31,7 @@
 #include <functional>
 #include <iosfwd>
 #include <string_view>
+#include <type_traits>
 #include <utility>
 
 #include "Export.h"
@@ -42,8 +43,8 @@ class SSubString;
 
 class MAILHEARTH_EXPORT SString {
  public:
-  // An undefined string. Costs one small allocation, as every string does that is
-  // not made from another SString.
+  // An undefined string. Costs one allocation, as every string does that is not made
+  // from another SString.
   SString();
 
   // A handle on the bytes of `other`; nothing is copied.
@@ -79,7 +80,8 @@ class MAILHEARTH_EXPORT SString {
 
   ~SString() { _Free(); }
 
-  // Assignment from a string shares its bytes; from a number, those of a new one.
+  // Assignment from a string shares its bytes; from a number, those of a new one. Other
+  // integer types are ambiguous: cast to int or long.
   // From text or a byte, the bytes are copied into the room there is if this handle
   // is the only one on it.
   SString& operator=(const SString& other) noexcept;
@@ -106,7 +108,8 @@ class MAILHEARTH_EXPORT SString {
 
   // The value of the number that the text begins with, as strtod reads it in the C
   // locale: leading white space is skipped, what follows the number is ignored. 0
-  // when there is none; past the range of the type an infinity or a zero.
+  // when there is none; past the range of the type an infinity or a zero, with errno
+  // ERANGE. For the value of a double or float only: other arithmetic is ambiguous.
   operator double() const;
   operator float() const;
 
@@ -116,11 +119,21 @@ class MAILHEARTH_EXPORT SString {
   SString& operator+=(const SString& t);
   SString& operator+=(const char* s);
   SString& operator+=(char c);
+  SString& operator+=(std::string_view t);
+
+  // Not for numbers, which would go in as bytes: append SString(number), or a char.
+  template <class Number>
+  requires std::is_arithmetic_v<Number> SString& operator+=(Number) = delete;
 
   // A new string: this one with the operand appended.
-  [[nodiscard]] SString operator+(const SString& t) const { return SString(*this) += t; }
-  [[nodiscard]] SString operator+(const char* s) const { return SString(*this) += s; }
-  [[nodiscard]] SString operator+(char c) const { return SString(*this) += c; }
+  [[nodiscard]] SString operator+(const SString& t) const& { return SString(*this) + t; }
+  [[nodiscard]] SString operator+(const char* s) const& { return SString(*this) + s; }
+  [[nodiscard]] SString operator+(char c) const& { return SString(*this) + c; }
+
+  // The same where this one is not needed any more: a chain of sums goes on in one buffer.
+  [[nodiscard]] SString operator+(const SString& t) && { return std::move(*this += t); }
+  [[nodiscard]] SString operator+(const char* s) && { return std::move(*this += s); }
+  [[nodiscard]] SString operator+(char c) && { return std::move(*this += c); }
 
   // Returns the byte at position `i`; a negative `i` counts from the end, -1 being
   // the last byte. Outside the string that is NUL.
@@ -129,28 +142,19 @@ class MAILHEARTH_EXPORT SString {
   // Equality is that of the bytes; an undefined string equals every empty one.
   [[nodiscard]] bool operator==(const SString& t) const;
   [[nodiscard]] bool operator==(const char* s) const { return View() == _Text(s); }
+  [[nodiscard]] bool operator==(std::string_view t) const { return View() == t; }
   [[nodiscard]] bool operator==(char c) const { return Length() == 1 && *Data() == c; }
 
   // Order is that of the bytes, compared unsigned, the shorter string first where
   // one begins the other; a byte compares as a string of one byte. Nothing is below a
   // null `s`, and what is not empty is above it.
-  [[nodiscard]] bool operator<(const SString& t) const { return View() < t.View(); }
-  [[nodiscard]] bool operator>(const SString& t) const { return View() > t.View(); }
-  [[nodiscard]] bool operator<(const char* s) const { return View() < _Text(s); }
-  [[nodiscard]] bool operator>(const char* s) const { return View() > _Text(s); }
-  [[nodiscard]] bool operator<(char c) const { return View() < std::string_view(&c, 1); }
-  [[nodiscard]] bool operator>(char c) const { return View() > std::string_view(&c, 1); }
-
-  // The other ways to compare, and comparison with views. What the operators above say of
-  // bytes holds for these too.
-  [[nodiscard]] bool operator==(std::string_view t) const { return View() == t; }
   [[nodiscard]] std::strong_ordering operator<=>(const SString& t) const {
     return View() <=> t.View();
   }
+  [[nodiscard]] std::strong_ordering operator<=>(std::string_view t) const { return View() <=> t; }
   [[nodiscard]] std::strong_ordering operator<=>(const char* s) const {
     return View() <=> _Text(s);
   }
-  [[nodiscard]] std::strong_ordering operator<=>(std::string_view t) const { return View() <=> t; }
   [[nodiscard]] std::strong_ordering operator<=>(char c) const {
     return View() <=> std::string_view(&c, 1);
   }
@@ -189,11 +193,12 @@ class MAILHEARTH_EXPORT SString {
   // Returns the `count` bytes from `start`, a new string, always defined. A negative start
   // counts as 0 and takes as much off `count`; what lies outside the string is cut off.
   //
-  // Of a string that is not constant, the range itself: it can be assigned to, refers to
+  // Of a variable that is not constant, the range itself: it can be assigned to, refers to
   // this string and must not outlive it. `SString part = s.Segment(1, 2)` copies; `auto
   // part` does not.
-  [[nodiscard]] SString Segment(int start, int count) const;
-  [[nodiscard]] SSubString Segment(int start, int count);
+  [[nodiscard]] SString Segment(int start, int count) const&;
+  [[nodiscard]] SString Segment(int start, int count) &&;
+  [[nodiscard]] SSubString Segment(int start, int count) &;
 
   // Returns whether the string begins with the operand: 1 or 0.
   [[nodiscard]] int HasPrefix(const SString& p) const { return View().starts_with(p.View()); }
@@ -232,6 +237,9 @@ class MAILHEARTH_EXPORT SString {
   friend class SStringPeek;  // the tests' eye
   friend class SSubString;
   friend MAILHEARTH_EXPORT SString Terminated(const SString& s);
+
+  // In all of these 0 <= n <= kMaxLength, and one that finds no memory throws and has
+  // changed nothing.
 
   // Points this handle at a new representation for `n` bytes, NUL at `n`; the
   // caller sets the length and has taken care of the representation left.
@@ -341,6 +349,11 @@ inline SString& SString::operator+=(const SString& t) {
 inline SString& SString::operator+=(const char* s) {
   const std::string_view text = _Text(s);
   _Append(text.data(), text.size());
+  return *this;
+}
+
+inline SString& SString::operator+=(std::string_view t) {
+  _Append(t.data(), t.size());
   return *this;
 }
 

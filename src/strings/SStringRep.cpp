@@ -40,13 +40,13 @@ void SStringRep::Enlarge(int n) {
 }
 
 void SStringRep::Clear() {
-  if (!OneBlock()) delete[] buffer;
+  delete[] buffer;
   buffer = nullptr;
   length = allocated = 0;
 }
 
 void SStringRep::Delete(SStringRep* rep) {
-  rep->Clear();
+  if (!rep->OneBlock()) delete[] rep->buffer;
   delete rep;
 }
 

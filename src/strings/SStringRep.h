@@ -9,7 +9,8 @@
 //
 // The last handle to go frees `buffer` with `delete[]` and the representation
 // with `delete`. A maker who keeps it (on the stack, say) counts one link for
-// himself, so that no handle is ever the last.
+// himself, so that no handle is ever the last, and keeps it, and the bytes, longer than
+// every handle.
 
 #ifndef MAILHEARTH_STRINGS_SSTRINGREP_H
 #define MAILHEARTH_STRINGS_SSTRINGREP_H
@@ -32,6 +33,7 @@ struct MAILHEARTH_EXPORT SStringRep {
 
   // Returns a new representation with one link, length 0 and a buffer for `n`
   // bytes and a NUL, all of it in one block of memory. The buffer is not set.
+  // Needs: 0 <= n <= kMaxLength, here and below.
   [[nodiscard]] static SStringRep* New(int n);
 
   // Replaces the buffer by one for `n` bytes and a NUL; the bytes in use and a
@@ -49,6 +51,7 @@ struct MAILHEARTH_EXPORT SStringRep {
   [[nodiscard]] static SStringRep* MovedFrom() noexcept;
 
   // Frees the buffer and leaves the representation of an undefined string.
+  // Needs: not OneBlock().
   void Clear();
 
   // Frees a representation that has no link left, and its buffer.

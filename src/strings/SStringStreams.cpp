@@ -1,8 +1,8 @@
 // Reading lines and writing. Lines are taken out of the stream's buffer in pieces as long
 // as they come; a stream without a buffer gives them byte by byte.
 
-#include <cstring>
 #include <istream>
+#include <limits>
 #include <ostream>
 
 #include "SString.h"
@@ -26,8 +26,10 @@ class InputArea : private std::streambuf {
   }
 };
 
-// Returns the bytes up to and with the first line feed, all if there is none.
+// Returns the bytes up to and with the first line feed, all if there is none, but no more
+// than one step within the buffer can take.
 std::string_view UpToLineFeed(std::string_view bytes) {
+  bytes = bytes.substr(0, std::numeric_limits<int>::max());
   const std::size_t feed = bytes.find('\n');
   return feed == bytes.npos ? bytes : bytes.substr(0, feed + 1);
 }
@@ -37,21 +39,20 @@ std::string_view UpToLineFeed(std::string_view bytes) {
 int SString::ReadLine(std::istream& in) {
   *this = "";
   if (!std::istream::sentry(in, true)) return 0;
-  // A look at the next byte fills the buffer, and marks the end of input or a failure.
-  while (in.peek() != std::istream::traits_type::eof()) {
-    std::string_view area = UpToLineFeed(InputArea::Of(*in.rdbuf()));
-    char byte = '\0';
-    if (area.empty()) {
-      byte = static_cast<char>(in.get());
-      area = {&byte, 1};
-      _Append(area.data(), area.size());
-    } else {
-      constexpr std::size_t kMost = 1 << 30;  // what a step within the buffer can be
-      area = area.substr(0, kMost);
-      _Append(area.data(), area.size());
-      InputArea::Consume(*in.rdbuf(), area.size());
+  for (;;) {
+    std::string_view line = UpToLineFeed(InputArea::Of(*in.rdbuf()));
+    if (line.empty()) {
+      // A look at the next byte fills the buffer, or marks the end of input or a failure.
+      if (in.peek() == std::istream::traits_type::eof()) break;
+      line = UpToLineFeed(InputArea::Of(*in.rdbuf()));
     }
-    if (area.back() == '\n') return 1;
+    if (line.empty()) {  // there is a next byte, but no buffer
+      *this += static_cast<char>(in.get());
+    } else {
+      _Append(line.data(), line.size());
+      InputArea::Consume(*in.rdbuf(), line.size());
+    }
+    if ((*this)[-1] == '\n') return 1;
   }
   return Length() > 0 && !in.fail() ? 1 : 0;
 }

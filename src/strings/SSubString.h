@@ -37,7 +37,12 @@ class MAILHEARTH_EXPORT SSubString {
   SSubString& operator=(const SString& t);
   SSubString& operator=(const SSubString& o);
 
+  // What can be asked of a string can be asked of a copy: SString(range). Often enough for
+  // a way without one:
+  [[nodiscard]] int Length() const { return static_cast<int>(View().size()); }
+  [[nodiscard]] bool operator==(const SSubString& t) const { return View() == t.View(); }
   [[nodiscard]] bool operator==(const SString& t) const { return View() == t.View(); }
+  [[nodiscard]] bool operator==(const char* s) const { return SString(s) == View(); }
 
  private:
   SString& string_;

@@ -1,7 +1,7 @@
-// The C library searches forward in linear time. Going backward, and counting positions
-// that overlap, the quick way is a byte search and a look at each candidate. That is
-// quadratic on some texts, so its work is counted, and where it gets out of proportion
-// the rest is searched by the method of Knuth, Morris and Pratt.
+// The quick way to a needle is a search for its first byte and a look at each candidate.
+// That is quadratic on some texts, so its work is counted. Where it gets out of proportion
+// the rest is searched in a way that is sure to be linear: forward by the C library,
+// backward and for positions that overlap by the method of Knuth, Morris and Pratt.
 
 #include "Search.h"
 
@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstring>
 #include <vector>
 
 inline namespace mailhearth {
@@ -25,7 +26,7 @@ class Effort {
 
  private:
   static constexpr std::size_t kProportion = 4;
-  static constexpr std::size_t kFree = 4096;
+  static constexpr std::size_t kFree = 1024;
   std::size_t spent_ = 0;
 };
 
@@ -57,6 +58,21 @@ class Matcher {
   unsigned matched_ = 0;
 };
 
+// Whether the needle stands at this position, where its first byte does.
+bool StandsAt(std::string_view text, std::size_t at, std::string_view needle, Effort& effort) {
+  constexpr std::size_t kCandidate = 16;  // what finding one costs, in bytes passed
+  effort.Spend(kCandidate);
+  if (text[at + needle.size() - 1] != needle.back()) return false;
+  effort.Spend(needle.size());
+  return std::memcmp(text.data() + at, needle.data(), needle.size()) == 0;
+}
+
+int FindFirstSurely(std::string_view text, std::size_t from, std::string_view needle) {
+  const void* const found =
+      ::memmem(text.data() + from, text.size() - from, needle.data(), needle.size());
+  return found == nullptr ? -1 : static_cast<int>(static_cast<const char*>(found) - text.data());
+}
+
 int FindLastSurely(std::string_view text, std::string_view needle) {
   const auto backward = [=](std::size_t i) { return needle[needle.size() - 1 - i]; };
   Matcher matcher(backward, needle.size());
@@ -75,23 +91,27 @@ int CountAllSurely(std::string_view text, std::string_view needle) {
 }  // namespace
 
 int FindFirst(std::string_view text, std::string_view needle) {
-  const void* const found = ::memmem(text.data(), text.size(), needle.data(), needle.size());
-  return found == nullptr ? -1 : static_cast<int>(static_cast<const char*>(found) - text.data());
+  if (needle.size() > text.size()) return -1;
+  Effort effort;
+  const std::size_t last = text.size() - needle.size();
+  for (std::size_t at = 0; at <= last; ++at) {
+    const void* const found = std::memchr(text.data() + at, needle.front(), last - at + 1);
+    if (found == nullptr) return -1;
+    at = static_cast<std::size_t>(static_cast<const char*>(found) - text.data());
+    if (StandsAt(text, at, needle, effort)) return static_cast<int>(at);
+    if (effort.OutOfProportion(at)) return FindFirstSurely(text, at + 1, needle);
+  }
+  return -1;
 }
 
 int FindLast(std::string_view text, std::string_view needle) {
   if (needle.size() > text.size()) return -1;
-  constexpr std::size_t kCandidate = 16;  // what a call costs, in bytes passed
   Effort effort;
   // Where the needle's first byte may stand: the beginnings still to be looked at.
   std::size_t left = text.size() - needle.size() + 1;
   while (const void* const found = ::memrchr(text.data(), needle.front(), left)) {
     left = static_cast<std::size_t>(static_cast<const char*>(found) - text.data());
-    effort.Spend(kCandidate);
-    if (text[left + needle.size() - 1] == needle.back()) {
-      if (text.substr(left, needle.size()) == needle) return static_cast<int>(left);
-      effort.Spend(needle.size());
-    }
+    if (StandsAt(text, left, needle, effort)) return static_cast<int>(left);
     if (effort.OutOfProportion(text.size() - left)) {
       return FindLastSurely(text.substr(0, left + needle.size() - 1), needle);
     }
@@ -106,8 +126,8 @@ int CountAll(std::string_view text, std::string_view needle) {
   Effort effort;
   int count = 0;
   std::size_t passed = 0;
-  for (int at; (at = FindFirst(text.substr(passed), needle)) >= 0; ++count) {
-    passed += static_cast<std::size_t>(at) + 1;
+  for (int at; (at = FindFirstSurely(text, passed, needle)) >= 0; ++count) {
+    passed = static_cast<std::size_t>(at) + 1;
     effort.Spend(needle.size());  // the next call prepares the needle anew
     if (effort.OutOfProportion(passed)) {
       return count + 1 + CountAllSurely(text.substr(passed), needle);

@@ -9,7 +9,7 @@ inline namespace mailhearth {
 
 // Returns std::cerr, constructed. Sources use this in place of <iostream>, which
 // would construct all standard streams before main in every program that links
-// them: that is 3 % of the whole run of a small command.
+// them, of which a small command would feel a few hundredths of its whole run.
 [[nodiscard]] std::ostream& StandardError();
 
 }  // namespace mailhearth

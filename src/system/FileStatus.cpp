@@ -10,7 +10,7 @@
 
 inline namespace mailhearth {
 
-static_assert(sizeof(off_t) == 8, "sizes past 32 bits are to be seen, not refused by stat");
+static_assert(sizeof(off_t) == 8, "on a 32-bit system, build with -D_FILE_OFFSET_BITS=64");
 
 namespace {
 

@@ -2,9 +2,10 @@
 // it, how much room has its file system. Links are followed. Nothing is kept
 // between calls, so an answer can be stale by the time it is read.
 //
-// Every failure is a result; errno is then as the failing system call left it. An
-// undefined path is the empty one, which names nothing (ENOENT). The system reads
-// a path up to its first NUL.
+// Every failure is a result; errno is then as the failing system call left it, and as it
+// was before where no call failed: a directory has no size, and that is no error of the
+// system. An undefined path is the empty one, which names nothing (ENOENT). The system
+// reads a path up to its first NUL. Each question costs one system call.
 //
 //   if (FileSize(path) == 0 && FileAge(path) > 7) ...   // empty for a week
 
@@ -30,7 +31,8 @@ inline namespace mailhearth {
 [[nodiscard]] MAILHEARTH_EXPORT int FileSize(const SString& path);
 
 // Returns the days, with their fraction, since the last modification: whole seconds
-// divided by 86400, negative for a time to come. Returns -1.0 on failure.
+// divided by 86400, negative for a time to come. Returns -1.0 on failure; a file of this
+// time tomorrow has that age as well, and errno, set to 0 before, tells the two apart.
 [[nodiscard]] MAILHEARTH_EXPORT double FileAge(const SString& path);
 
 // Returns the bytes that an unprivileged user may still fill on the file system that

@@ -1,6 +1,7 @@
 #include "StartUp.h"
 
 #include <optional>
+#include <type_traits>
 
 #include "Dates.h"
 #include "Random.h"
@@ -15,6 +16,8 @@ constinit std::optional<Object> object;
 
 template <class Object>
 constexpr StartUpModule StaticObject() {
+  // Else the compiler would have the object destroyed at exit, whatever the table says.
+  static_assert(std::is_trivially_destructible_v<std::optional<Object>>);
   return {[] { object<Object>.emplace(); }, [] { object<Object>.reset(); }};
 }
 
@@ -28,14 +31,14 @@ constinit StartUpTable table{kModules};
 }  // namespace
 
 void StartUpTable::Enter() {
-  if (guards_++ > 0) return;
+  if (guards_++ != 0) return;
   for (std::size_t i = modules_.size(); i-- > 0;) {
     if (modules_[i].start != nullptr) modules_[i].start();
   }
 }
 
 void StartUpTable::Leave() {
-  if (--guards_ > 0) return;
+  if (--guards_ != 0) return;
   for (const StartUpModule& module : modules_) {
     if (module.stop != nullptr) module.stop();
   }

@@ -5,7 +5,8 @@
 // Each such module holds a StartUpGuard in its source, so a program that uses the
 // module has the table too, linked with the archive or the shared library. The first
 // guard to be made starts all modules, the last to go stops them. Guards are made
-// before the static objects of the program, whatever the order of files.
+// before the static objects of the program, whatever the order of files, unless those ask
+// for an earlier place.
 
 #ifndef MAILHEARTH_SYSTEM_STARTUP_H
 #define MAILHEARTH_SYSTEM_STARTUP_H

@@ -36,13 +36,19 @@ void CheckOutcome(const Outcome& got, const std::string& out, int status) {
   EXPECT_EQ(got.status, status);
 }
 
-// Runs diskFree on scripted answers; stat_stand_in.cpp tells how they are written.
-Outcome OnAnswers(const std::string& sizes, const std::string& free, const std::string& log = "") {
-  Command command{{DISKFREE, "the file"},
-                  {"LD_PRELOAD=" STAT_STAND_IN, "STAND_IN_SIZES=" + sizes, "STAND_IN_FREE=" + free,
-                   "ASAN_OPTIONS=verify_asan_link_order=0"}};
-  if (!log.empty()) command.environment.push_back("STAND_IN_LOG=" + log);
-  return RunCommand(command);
+// A command that runs diskFree on scripted answers; stat_stand_in.cpp tells how they are
+// written. The stand-in is preloaded by its name in the folder it is in: the dynamic linker
+// would cut a path at a blank.
+Command OnScript(const std::string& sizes, const std::string& free) {
+  const fs::path standIn(STAT_STAND_IN);
+  return {{DISKFREE, "the file"},
+          {"LD_PRELOAD=./" + standIn.filename().string(), "STAND_IN_SIZES=" + sizes,
+           "STAND_IN_FREE=" + free, "ASAN_OPTIONS=verify_asan_link_order=0"},
+          [=] { fs::current_path(standIn.parent_path()); }};
+}
+
+Outcome OnAnswers(const std::string& sizes, const std::string& free) {
+  return RunCommand(OnScript(sizes, free));
 }
 
 struct Row {
@@ -125,12 +131,21 @@ TEST(DiskFree, JudgesBySecondAnswers) {
 
 TEST(DiskFree, AsksInOrderAndAboutThePathItself) {
   const TempDir dir;
-  CheckOutcome(OnAnswers("1000", "1*2000", dir / "log"), "0\n", 0);
+  Command command = OnScript("1000", "1*2000");
+  command.environment.push_back("STAND_IN_LOG=" + (dir / "log"));
+  const auto enter = command.inChild;
+  command.inChild = [&] {  // the line goes to the log as well, and shows its place
+    enter();
+    ::dup2(::open((dir / "log").c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600),
+           STDOUT_FILENO);
+  };
+  EXPECT_EQ(RunCommand(command).status, 0);
   std::ostringstream log;
   log << std::ifstream(dir / "log").rdbuf();
   EXPECT_EQ(log.str(),
             "tzset()\n"  // the library's modules have started, once
             "stat(the file)\nstatvfs(the file)\n"
+            "0\n"
             "statvfs(the file)\nstat(the file)\n");
 }
 
@@ -160,6 +175,18 @@ TEST(DiskFree, TakesNoOptionAndNoSecondArgument) {
                  "-0.001\n", 0);
   }
   CheckOutcome(DiskFree({dir / "missing", dir.File("file", "12"), "more"}), "-0.001\n", 0);
+}
+
+TEST(DiskFree, RunsWithoutEvenItsOwnName) {
+  const TempDir dir;
+  CheckOutcome(RunCommand({.words = {DISKFREE},
+                           .environment = {"A=" + dir.File("file", "1")},
+                           .inChild =
+                               [] {
+                                 char* none[] = {nullptr};
+                                 ::execv(DISKFREE, none);
+                               }}),
+               "-0.001\n", 0);
 }
 
 TEST(DiskFree, CountsWhatCannotBeExaminedAsMinusOne) {
@@ -192,10 +219,12 @@ TEST(DiskFree, ReadsNothingFromStandardInput) {
 
 // Runs diskFree on a shortfall, with standard output spoilt: the verdict stands.
 void CheckVerdictStands(const std::function<void()>& spoil) {
-  Command command{{DISKFREE, "the file"},
-                  {"LD_PRELOAD=" STAT_STAND_IN, "STAND_IN_SIZES=1000", "STAND_IN_FREE=1*0",
-                   "ASAN_OPTIONS=verify_asan_link_order=0"},
-                  spoil};
+  Command command = OnScript("1000", "1*0");
+  const auto enter = command.inChild;
+  command.inChild = [&] {
+    enter();
+    spoil();
+  };
   const Outcome got = RunCommand(command);
   EXPECT_EQ(got.status, 1);
   EXPECT_EQ(got.signal, 0);
@@ -263,8 +292,10 @@ TEST(DiskFreeOnTmpfs, JudgesFilesOfAllSizes) {
     std::size_t bytes;
     int status;
   };
-  constexpr std::size_t kPage = 4096;  // 256 pages in all, less the file's own
-  constexpr Size kSizes[] = {{0, 0}, {85 * kPage, 0}, {86 * kPage, 1}, {256 * kPage, 1}};
+  constexpr std::size_t kThird = 349'525;  // of the whole: free is then twice the file
+  constexpr std::size_t kPages = 1 << 16;  // as large as they come
+  constexpr Size kSizes[] = {
+      {0, 0}, {kThird - kPages, 0}, {kThird + kPages, 1}, {(1 << 20) - kPages, 1}};
   for (const Size& size : kSizes) {
     SCOPED_TRACE(size.bytes);
     const std::string path = small.Dir().File("file", std::string(size.bytes, 'x'));

@@ -2,6 +2,7 @@
 # install_test.sh BUILD_DIR COMPILER CONFIG: installs a build into an empty folder and
 # checks, from outside, what a user gets.
 set -euo pipefail
+unset DESTDIR CDPATH
 build=$1 compiler=$2 config=$3
 here=$(cd "$(dirname "$0")" && pwd)
 work=$(mktemp -d)
@@ -20,9 +21,9 @@ use() {
   pc=$(find "$root" -name mailhearth.pc)
   [ -n "$pc" ] || fail "no mailhearth.pc in $root"
   export PKG_CONFIG_PATH=${pc%/*}
-  # pkg-config's answers are words: no quotes.
-  "$compiler" "${flags[@]}" $(pkg-config --cflags mailhearth) "$here/consumer.cpp" \
-    $(pkg-config --libs mailhearth) -o "$work/consumer"
+  # pkg-config quotes its words as the shell does.
+  eval "found=($(pkg-config --cflags mailhearth) \"$here/consumer.cpp\" $(pkg-config --libs mailhearth))"
+  "$compiler" "${flags[@]}" "${found[@]}" -o "$work/consumer"
   [ "$("$work/consumer")" = "diskFree 1 10 1 0" ] || fail "the program printed something else"
 }
 
@@ -33,6 +34,7 @@ use "$work/elsewhere" # an installed tree can be moved
 root=$work/elsewhere
 
 [ ! -e "$root/include/mailhearth/command" ] || fail "the command's own headers are installed"
+[ ! -e "$root/include/mailhearth/system/StartUp.h" ] || fail "an internal header is installed"
 (cd "$root/include" && find . -name '*.h') | while read -r header; do
   echo "#include \"$header\"" |
     "$compiler" "${flags[@]}" -I "$root/include" -fsyntax-only -x c++ - ||
@@ -59,7 +61,8 @@ functions Tt "$command" >"$work/command" # what is hidden is local there
 # Only the guards of the start-up table run before main.
 objdump -h "$archive" | awk '/file format/ { object = $1 } / \.(init_array|ctors)/ { print object }' |
   sort -u | tr '\n' ' ' >"$work/early"
-[ "$(cat "$work/early")" = "Dates.cpp.o: Random.cpp.o: " ] ||
+[ "$(cat "$work/early")" = "Dates.cpp.o: Random.cpp.o: " ] &&
+  [ "$(objdump -h "$archive" | grep -c ' \.init_array\.01000')" = 2 ] ||
   fail "these objects run code before main: $(cat "$work/early")"
 
 # Symbols that are not in the library's namespace could clash with somebody else's.
