@@ -1,5 +1,5 @@
 // What diskFree does, with nothing around it: the same four questions to the file system,
-// the same line, the same verdict.
+// and, for files below 1 GiB, the same line and verdict.
 
 #include <stdio.h>
 #include <sys/stat.h>

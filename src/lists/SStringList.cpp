@@ -63,7 +63,7 @@ struct SortKey {
   auto operator<=>(const SortKey& other) const {
     return bytes != other.bytes ? bytes <=> other.bytes : left <=> other.left;
   }
-  bool operator==(const SortKey& other) const { return (*this <=> other) == 0; }
+  bool operator==(const SortKey& other) const { return bytes == other.bytes && left == other.left; }
 };
 
 // A run of strings that are equal up to some depth.
@@ -355,7 +355,8 @@ SStringList SStringList::Splice(int off) {
 }
 
 SStringList SStringList::Splice(int off, int len, const SStringList& repl) {
-  const SStringList given(repl);  // it may be this very list
+  // It may be this very list. NOLINTNEXTLINE(performance-unnecessary-copy-initialization)
+  const SStringList given(repl);
   SStringList removed = Splice(off, len);
   Insert(given, off);
   return removed;
@@ -364,12 +365,15 @@ SStringList SStringList::Splice(int off, int len, const SStringList& repl) {
 void SStringList::Unique() {
   if (Count() < 2) return;
   _MakeUnique();
-  for (SStringItem* item = rep_->root; item->next != rep_->root;) {
-    if (item->value == item->next->value) {
-      _Remove(item->next);
+  SStringItem* kept = rep_->root;
+  for (SStringItem* item = kept->next; item != rep_->root;) {
+    SStringItem* const next = item->next;
+    if (kept->value == item->value) {
+      _Remove(item);
     } else {
-      item = item->next;
+      kept = item;
     }
+    item = next;
   }
 }
 

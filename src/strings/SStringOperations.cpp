@@ -90,7 +90,7 @@ int SString::RIndex(const SString& t, int start) const {
   if (from < 0) from += Length();
   if (from < 0 || t.Length() == 0) return std::max(from, -1);
   const int last = std::min(from, Length() - t.Length());
-  return FindLast(View().substr(0, static_cast<std::size_t>(last + t.Length())), t.View());
+  return FindLast(View().substr(0, static_cast<std::size_t>(last) + t.View().size()), t.View());
 }
 
 int SString::RIndex(char c, int start) const {

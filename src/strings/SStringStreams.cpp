@@ -57,6 +57,7 @@ int SString::ReadLine(std::istream& in) {
   return Length() > 0 && !in.fail() ? 1 : 0;
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): declared so, and a copy is a count
 std::ostream& operator<<(std::ostream& os, SString s) {
   s.Write(os);
   return os;

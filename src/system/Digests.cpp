@@ -51,7 +51,7 @@ void Transform(Word state[4], const unsigned char* data, std::size_t blocks) {
   for (; blocks > 0; --blocks, data += kBlock) {
     const Word before[] = {a, b, c, d};
     Word x[16];
-    for (int i = 0; i < 16; ++i) x[i] = LoadLittle(data + 4 * i);
+    for (std::size_t i = 0; i < 16; ++i) x[i] = LoadLittle(data + 4 * i);
     F(a, b, c, d, x[0], 7, 0xd76aa478);
     F(d, a, b, c, x[1], 12, 0xe8c7b756);
     F(c, d, a, b, x[2], 17, 0x242070db);
@@ -190,7 +190,10 @@ void MD5Final(unsigned char digest[16], MD5_CTX* context) {
   const std::size_t pending = context->length % kBlock;
   MD5Update(context, kPadding, (pending < kLengthAt ? kLengthAt : kLengthAt + kBlock) - pending);
   MD5Update(context, bits, sizeof bits);
-  for (int i = 0; i < 4; ++i) StoreLittle(digest + 4 * i, context->state[i], 4);
+  for (const Word word : context->state) {
+    StoreLittle(digest, word, 4);
+    digest += 4;
+  }
   ::explicit_bzero(context, sizeof *context);
 }
 

@@ -22,6 +22,32 @@ TEST(SStringAllocation, AStringIsOneBlock) {
   EXPECT_EQ(AllocationsOf([] { const SString s(0.1); }), 1);
 }
 
+TEST(SStringAllocation, AnUndefinedStringBecomesOneBlockWithItsFirstByte) {
+  SString s;
+  s += 'x';
+  EXPECT_TRUE(SStringPeek::Rep(s).OneBlock());
+}
+
+TEST(SStringAllocation, ARepresentationMadeByNewCannotEndWhereABufferBegins) {
+  const AllocationCount count;
+  delete new SStringRep;
+  EXPECT_GT(count.LastSize(), sizeof(SStringRep));
+}
+
+TEST(SStringAllocation, UndefiningGivesTheMemoryBack) {
+  SString s('x', 100'000);
+  const SStringRep* const before = &SStringPeek::Rep(s);
+  SStringPeek::Undef(s);
+  EXPECT_NE(&SStringPeek::Rep(s), before) << "the block with the bytes is gone";
+  SString adopted(new SStringRep{new char[8]{"abc"}, 3, 0, 8});
+  EXPECT_EQ(AllocationsOf([&] { SStringPeek::Undef(adopted); }), 0);
+}
+
+TEST(SStringAllocation, AChainOfSumsGoesOnInOneBuffer) {
+  const SString a("0123456789"), b("b");
+  EXPECT_LE(AllocationsOf([&] { static_cast<void>(a + "c" + 'd' + b + "e" + 'f'); }), 1);
+}
+
 TEST(SStringAllocation, ACopyCostsNone) {
   const SString s("abc");
   SString other("x");

@@ -248,6 +248,18 @@ TEST(Searching, AgreesWithTheObviousWayOnHostileTexts) {
   }
 }
 
+// Half of the text as the needle: a search that were not linear would not end.
+TEST(Searching, EndsOnLongHostileTexts) {
+  constexpr int kHalf = 1 << 21;
+  const SString text('a', 2 * kHalf), half('a', kHalf - 1), b("b");
+  EXPECT_EQ(text.Index(half + b), -1);
+  EXPECT_EQ(text.Index(b + half), -1);
+  EXPECT_EQ(text.RIndex(half + b), -1);
+  EXPECT_EQ(text.RIndex(b + half), -1);
+  EXPECT_EQ(text.Count(half), kHalf + 2);
+  EXPECT_EQ(text.Count(half + b), 0);
+}
+
 // --- Slicing ------------------------------------------------------------------------
 
 TEST(Segment, CopiesWhatLiesWithin) {

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <iomanip>
 #include <iostream>
 #include <sstream>
 
@@ -36,6 +37,8 @@ TEST(SStringWrite, WritesNothingToAStreamThatHasFailed) {
     std::ostringstream out;
     out.setstate(state);
     EXPECT_EQ(SString("ab").Write(out), 0);
+    EXPECT_EQ(SString("").Write(out), 0);
+    EXPECT_EQ(out.rdstate(), state) << "the stream is left as it is";
     out.clear();
     EXPECT_EQ(out.str(), "");
   }
@@ -112,6 +115,11 @@ TEST(SStringDebug, DumpsADefinedString) {
   EXPECT_EQ(DebugText(s, 2), expected);
 }
 
+TEST(SStringDebug, DumpsAnEmptyStringAsDefined) {
+  const std::string dump = DebugText("", 1);
+  EXPECT_NE(dump.find("Buffer contents:     ''\nSString length:       0\n"), dump.npos);
+}
+
 TEST(SStringDebug, DumpsAnUndefinedString) {
   const SString s;
   EXPECT_EQ(DebugText(s, 1), "SStringRep stored at: " + Address(&SStringPeek::Rep(s)) +
@@ -120,9 +128,10 @@ TEST(SStringDebug, DumpsAnUndefinedString) {
 }
 
 TEST(SStringDebug, DoesNotTakeTheStreamsNumberFormat) {
-  std::cerr << std::hex << std::showbase;
+  std::cerr << std::hex << std::showbase << std::setw(500);
   const std::string dump = DebugText(SString('x', 100), 1);
-  std::cerr << std::dec << std::noshowbase;
+  std::cerr << std::dec << std::noshowbase << std::setw(0);
+  EXPECT_EQ(dump.front(), 'S');
   EXPECT_NE(dump.find("SString length:       100\n"), dump.npos);
 }
 

@@ -84,6 +84,10 @@ TEST(SString, FromAByteRepeatsIt) {
   CheckText(SString('x'), "x");
 }
 
+TEST(SString, FromALongFillIsTheByteThroughout) {
+  CheckText(SString('x', 100'000), std::string(100'000, 'x'));
+}
+
 TEST(SString, FromIntegersIsDecimal) {
   CheckText(SString(0), "0");
   CheckText(SString(-7), "-7");
@@ -425,6 +429,11 @@ TEST(SString, NarrowsANumberPastTheRangeOfFloat) {
   EXPECT_EQ(static_cast<float>(SString("0.1")), 0.1f);
 }
 
+TEST(SString, ReadsAFloatThroughADouble) {
+  // As a float at once this would be the next one up.
+  EXPECT_EQ(static_cast<float>(SString("1.000000059604644775390625000000000000000001")), 1.0f);
+}
+
 TEST(SString, ReadsANumberInAViewWithoutLookingBehindIt) {
   char text[] = {'1', '2', '3'};
   SStringRep view{text, 2, 1, 2};
@@ -659,6 +668,18 @@ TEST(SStringSteps, ReallocDetachesASharedStringAndCutsIt) {
   }
 }
 
+TEST(SStringSteps, ReallocEndsTheBytesAndTheRoomWithANul) {
+  for (const int n : {8, 20, 100}) {
+    SString adopted(new SStringRep{new char[8]{"abcdefg"}, 7, 0, 8}), undefined;
+    char* end = SStringPeek::Realloc(adopted, n);
+    EXPECT_EQ(*end, '\0');
+    CheckText(adopted, "abcdefg");
+    end = SStringPeek::Realloc(undefined, n);
+    EXPECT_EQ(*end, '\0');
+    CheckText(undefined, "");
+  }
+}
+
 TEST(SStringSteps, ReallocDefinesAnUndefinedString) {
   SString s;
   SStringPeek::Realloc(s, 0);
@@ -680,9 +701,11 @@ TEST(SStringSteps, UndefUndefinesOnlyThisHandle) {
   }
   CheckText(copy, "abc");
   EXPECT_EQ(Links(copy), 1);
-  SString adopted(new SStringRep{new char[8]{"abc"}, 3, 0, 8});
+  auto* const rep = new SStringRep{new char[8]{"abc"}, 3, 0, 8};
+  SString adopted(rep);
   SStringPeek::Undef(adopted);
   CheckUndefined(adopted);
+  EXPECT_EQ(&SStringPeek::Rep(adopted), rep);
 }
 
 }  // namespace

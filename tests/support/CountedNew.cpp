@@ -6,11 +6,13 @@
 namespace {
 
 int made = 0;
+std::size_t lastSize = 0;
 int untilFailure = -1;  // negative: none is to come
 bool fired = false;
 
 void* Allocate(std::size_t size) {
   ++made;
+  lastSize = size;
   if (untilFailure >= 0 && untilFailure-- == 0) {
     fired = true;
     throw std::bad_alloc();
@@ -31,6 +33,7 @@ void operator delete(void* block, const std::nothrow_t&) noexcept { std::free(bl
 
 AllocationCount::AllocationCount() : before_(made) {}
 int AllocationCount::Made() const { return made - before_; }
+std::size_t AllocationCount::LastSize() const { return lastSize; }
 
 FailNthAllocation::FailNthAllocation(int n) {
   untilFailure = n;

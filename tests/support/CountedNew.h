@@ -3,11 +3,16 @@
 #ifndef MAILHEARTH_TESTS_SUPPORT_COUNTEDNEW_H
 #define MAILHEARTH_TESTS_SUPPORT_COUNTEDNEW_H
 
+#include <cstddef>
+
 // Counts the allocations made while it lives.
 class AllocationCount {
  public:
   AllocationCount();
   [[nodiscard]] int Made() const;
+
+  // The bytes asked for last.
+  [[nodiscard]] std::size_t LastSize() const;
 
  private:
   int before_;

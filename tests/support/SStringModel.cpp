@@ -1,5 +1,6 @@
 #include "support/SStringModel.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
 #include <utility>
@@ -128,9 +129,64 @@ std::string SStringModel::Rebuild(Pair& pair) {
   }
 }
 
+std::string SStringModel::EditInPlace(Pair& pair) {
+  const auto change = [&](auto edit) {
+    Reallocate(pair, pair.model->bytes.size());
+    edit(pair.model->bytes);
+  };
+  const auto mapBytes = [](std::string& bytes, char from, char to, int by) {
+    for (char& c : bytes) c = static_cast<char>(c >= from && c <= to ? c + by : c);
+  };
+  switch (choose_(4)) {
+    case 0: {
+      const bool any = !pair.model->bytes.empty();
+      const int expected = any ? static_cast<unsigned char>(pair.model->bytes.back()) : 0;
+      if (pair.real.Chop() != expected) return "chop gives another byte";
+      if (any) change([](std::string& bytes) { bytes.pop_back(); });
+      return "chop";
+    }
+    case 1:
+      pair.real.LowerCase();
+      change([&](std::string& bytes) { mapBytes(bytes, 'A', 'Z', 32); });
+      return "lower case";
+    case 2:
+      pair.real.UpperCase();
+      change([&](std::string& bytes) { mapBytes(bytes, 'a', 'z', -32); });
+      return "upper case";
+    default:
+      pair.real.Reverse();
+      change([](std::string& bytes) { std::reverse(bytes.begin(), bytes.end()); });
+      return "reverse";
+  }
+}
+
+std::string SStringModel::Replace(Pair& pair, const Pair& other) {
+  const int length = pair.real.Length();
+  const int start = choose_(length + 4) - 2, count = choose_(length + 4) - 2;
+  const std::string with = other.model->bytes;
+  if (!pair.model->defined) {
+    pair.real.Segment(start, count) = other.real;
+    pair.model = other.model;
+    return "replace undefined";
+  }
+  const int from = std::min(std::max(start, 0), length);
+  const int until = std::max(from, std::min(start + count, length));
+  std::string bytes = pair.model->bytes;
+  bytes.replace(static_cast<std::size_t>(from), static_cast<std::size_t>(until - from), with);
+  const bool inPlace = pair.model.use_count() == 1 && (&pair != &other || with.empty()) &&
+                       pair.model->allocated > static_cast<int>(bytes.size());
+  pair.real.Segment(start, count) = other.real;
+  if (inPlace) {
+    pair.model->bytes = bytes;
+  } else {
+    pair.model = NewRep(bytes);
+  }
+  return "replace";
+}
+
 std::string SStringModel::Edit(Pair& pair) {
   Pair& other = pairs_[static_cast<std::size_t>(choose_(static_cast<int>(pairs_.size())))];
-  switch (choose_(12)) {
+  switch (choose_(15)) {
     case 0:
     case 1:
       pair.real = other.real;
@@ -186,6 +242,15 @@ std::string SStringModel::Edit(Pair& pair) {
       SStringPeek::Undef(pair.real);
       pair.model = std::make_shared<Rep>();
       return "undefine";
+    case 11:
+      return EditInPlace(pair);
+    case 12:
+      return Replace(pair, other);
+    case 13: {
+      SString moved = std::move(pair.real);
+      pair.real = std::move(moved);
+      return "move";
+    }
     default:
       return Rebuild(pair);
   }
@@ -201,6 +266,15 @@ std::string SStringModel::Compare(const Pair& pair) {
   if ((pair.real == text.c_str()) != (a == text)) return "== text";
   if ((pair.real < text.c_str()) != Less(a, text)) return "< text";
   if ((pair.real > text.c_str()) != Less(text, a)) return "> text";
+  if (!b.empty()) {
+    const std::size_t first = a.find(b), last = a.rfind(b);
+    if (pair.real.Index(other.real) != (first == a.npos ? -1 : static_cast<int>(first))) {
+      return "first index";
+    }
+    if (pair.real.RIndex(other.real) != (last == a.npos ? -1 : static_cast<int>(last))) {
+      return "last index";
+    }
+  }
   const int i = choose_(100) - 50;
   const int at = i < 0 ? i + static_cast<int>(a.size()) : i;
   const bool inside = at >= 0 && at < static_cast<int>(a.size());

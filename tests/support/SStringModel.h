@@ -51,6 +51,8 @@ class SStringModel {
   char RandomByte();
 
   std::string Edit(Pair& pair);
+  std::string EditInPlace(Pair& pair);
+  std::string Replace(Pair& pair, const Pair& other);
   std::string Rebuild(Pair& pair);
   std::string Compare(const Pair& pair);
   [[nodiscard]] std::string Difference() const;

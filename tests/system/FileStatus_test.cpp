@@ -3,8 +3,10 @@
 #include <fcntl.h>
 #include <grp.h>
 #include <gtest/gtest.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/statvfs.h>
+#include <sys/un.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -12,6 +14,7 @@
 #include <climits>
 #include <ctime>
 #include <filesystem>
+#include <limits>
 #include <optional>
 
 #include "support/TempDir.h"
@@ -21,6 +24,7 @@ namespace {
 
 std::optional<std::time_t> clockStandIn;
 const struct statvfs* statvfsStandIn = nullptr;
+const struct stat* statStandIn = nullptr;
 
 }  // namespace
 
@@ -29,6 +33,13 @@ extern "C" {
 std::time_t __real_time(std::time_t* out);
 std::time_t __wrap_time(std::time_t* out) {
   return clockStandIn ? *clockStandIn : __real_time(out);
+}
+
+int __real_stat(const char* path, struct stat* out);
+int __wrap_stat(const char* path, struct stat* out) {
+  if (statStandIn == nullptr) return __real_stat(path, out);
+  *out = *statStandIn;
+  return 0;
 }
 
 int __real_statvfs(const char* path, struct statvfs* out);
@@ -164,7 +175,7 @@ TEST(FileStatus, ReadsAPathThatEndsWithoutNul) {
   SStringRep view{text.data(), length, 1, length};
   const SString path(&view);
   CheckAnswers(path, {1, 1, 1, 0, 1, 0, 2});
-  EXPECT_GE(FileAge(path), 0.0);
+  EXPECT_NE(FileAge(path), -1.0);
   EXPECT_GE(FreeDiskSpace(path), 0.0);
 }
 
@@ -176,7 +187,8 @@ TEST(FileStatus, LeaksNoDescriptor) {
   EXPECT_EQ(OpenDescriptors(), before);
 }
 
-// Runs `work` in a process of an ordinary user; returns whether it answered true.
+// Runs `work` in a process of an ordinary user; returns whether it answered true. The
+// user must be able to reach the directory for temporary files.
 bool AsOrdinaryUser(bool (*work)(const SString& path), const SString& path) {
   const pid_t child = ::fork();
   if (child == 0) {
@@ -201,6 +213,64 @@ TEST(FileStatus, RightsAreThoseOfTheRealUser) {
                IsWriteable(file) == 0 && IsExecutable(file) == 0 && FileSize(file) == 2;
       },
       Text(path)));
+}
+
+TEST(FileStatus, EachRightIsAskedForByItself) {
+  const TempDir dir;
+  fs::permissions(dir.Path(), fs::perms::all);
+  const std::string path = dir.File("file", "12");
+  if (::getuid() == 0) {
+    ASSERT_EQ(::chown(path.c_str(), 65534, 65534), 0);
+  }
+  fs::permissions(path, fs::perms::owner_read);
+  EXPECT_TRUE(AsOrdinaryUser(
+      [](const SString& file) { return IsReadable(file) == 1 && IsWriteable(file) == 0; },
+      Text(path)));
+  fs::permissions(path, fs::perms::owner_write);
+  EXPECT_TRUE(AsOrdinaryUser(
+      [](const SString& file) { return IsReadable(file) == 0 && IsWriteable(file) == 1; },
+      Text(path)));
+}
+
+TEST(FileStatus, RightsAreNotThoseOfTheEffectiveUser) {
+  if (::getuid() != 0) GTEST_SKIP() << "only root can be one user and act as another";
+  const TempDir dir;
+  fs::permissions(dir.Path(), fs::perms::all);
+  const std::string path = dir.File("file", "12");
+  fs::permissions(path, fs::perms::owner_read);
+  const pid_t child = ::fork();
+  if (child == 0) ::_exit(::seteuid(65534) == 0 && IsReadable(Text(path)) == 1 ? 0 : 1);
+  int status = -1;
+  ::waitpid(child, &status, 0);
+  EXPECT_EQ(status, 0) << "the real user, root, may read it";
+}
+
+TEST(FileStatus, TellsATypeByAllItsBits) {
+  const TempDir dir;
+  const int bound = ::socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0);
+  sockaddr_un address = {};
+  address.sun_family = AF_UNIX;
+  (dir / "s").copy(address.sun_path, sizeof address.sun_path - 1);
+  ASSERT_EQ(::bind(bound, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+  ::close(bound);
+  CheckAnswers(Text(dir / "s"), {1, 1, 1, ::access((dir / "s").c_str(), X_OK) == 0, 0, 0, -1});
+  struct stat block = {};
+  block.st_mode = S_IFBLK;
+  statStandIn = &block;
+  EXPECT_EQ(IsDirectory("any"), 0);
+  EXPECT_EQ(IsRegular("any"), 0);
+  statStandIn = nullptr;
+}
+
+TEST(FileStatus, LeavesTheErrorNumberAloneWhereNothingFails) {
+  const TempDir dir;
+  const SString file = Text(dir.File("file", "1")), directory = Text(dir.Path());
+  errno = ENOTTY;
+  EXPECT_EQ(FileExists(file) + IsReadable(file) + IsRegular(file) + FileSize(file), 4);
+  EXPECT_EQ(IsDirectory(file) + IsRegular(directory) + FileSize(directory), -1);
+  EXPECT_NE(FileAge(file), -1.0);
+  EXPECT_NE(FreeDiskSpace(file), -1.0);
+  EXPECT_EQ(errno, ENOTTY);
 }
 
 TEST(FileStatus, BehindAClosedDirectoryNothingIsKnown) {
@@ -256,10 +326,23 @@ TEST(FileAge, IsInDaysOfWholeSeconds) {
   EXPECT_EQ(AgeAt(kNow, 0), 1'800'000'000 / 86400.0);
 }
 
+TEST(FileAge, OfAnyTimeAtAllIsFinite) {
+  struct stat file = {};
+  statStandIn = &file;
+  clockStandIn = 1'800'000'000;
+  for (const std::time_t modified :
+       {std::numeric_limits<std::time_t>::max(), std::numeric_limits<std::time_t>::min(),
+        std::time_t{-1} << 40}) {
+    file.st_mtime = modified;
+    EXPECT_EQ(FileAge("any"), (1.8e9 - static_cast<double>(modified)) / 86400.0);
+  }
+  statStandIn = nullptr;
+  clockStandIn.reset();
+}
+
 TEST(FileAge, OfADirectoryIsKnown) {
   const TempDir dir;
-  EXPECT_GE(FileAge(Text(dir.Path())), 0.0);
-  EXPECT_LT(FileAge(Text(dir.Path())), 1.0);
+  EXPECT_NEAR(FileAge(Text(dir.Path())), 0.0, 0.5);
 }
 
 double FreeOf(unsigned long fragment, fsblkcnt_t available) {
@@ -286,6 +369,7 @@ TEST(FreeDiskSpace, IsNotCutAtThirtyTwoBits) {
   EXPECT_EQ(FreeOf(4096, fsblkcnt_t{1} << 32), 4096 * 4294967296.0);
   EXPECT_EQ(FreeOf(1UL << 31, 2), 4294967296.0);
   EXPECT_EQ(FreeOf(1UL << 32, 3), 12884901888.0);
+  EXPECT_EQ(FreeOf(1UL << 32, fsblkcnt_t{1} << 40), 4294967296.0 * 1099511627776.0);
 }
 
 TEST(FreeDiskSpace, OfAFileIsThatOfItsFileSystem) {

@@ -48,6 +48,16 @@ TEST(StartUpTable, StartsAnewAfterAnEnd) {
   EXPECT_EQ(steps, "DBAacdDBAacd");
 }
 
+TEST(StartUpTable, StartsAndStopsOnlyWithTheCounterAtZero) {
+  steps.clear();
+  StartUpTable table(kModules);
+  table.Leave();  // one too many: below 0
+  table.Enter();
+  EXPECT_EQ(steps, "");
+  table.Enter();
+  EXPECT_EQ(steps, "DBA");
+}
+
 TEST(StartUpTable, MayBeEmpty) {
   StartUpTable table({});
   table.Enter();
