@@ -16,6 +16,7 @@
 #include <filesystem>
 #include <fstream>
 #include <random>
+#include <span>
 #include <sstream>
 
 #include "support/Process.h"
@@ -59,6 +60,13 @@ struct Row {
   int status;
 };
 
+void CheckRows(std::span<const Row> rows) {
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.name);
+    CheckOutcome(OnAnswers(row.sizes, row.free), row.line, row.status);
+  }
+}
+
 TEST(DiskFree, PrintsTheShortfallAndExitsWithTheVerdict) {
   constexpr Row kRows[] = {
       {"room enough", "1500", "1*1000000000", "-999997\n", 0},
@@ -78,10 +86,7 @@ TEST(DiskFree, PrintsTheShortfallAndExitsWithTheVerdict) {
       {"directory", "d", "1*1000", "-1.002\n", 0},
       {"directory, free unknown", "d", "-", "-0.001\n", 0},
   };
-  for (const Row& row : kRows) {
-    SCOPED_TRACE(row.name);
-    CheckOutcome(OnAnswers(row.sizes, row.free), row.line, row.status);
-  }
+  CheckRows(kRows);
 }
 
 TEST(DiskFree, DoublesTheSizeInThirtyTwoBits) {
@@ -93,10 +98,7 @@ TEST(DiskFree, DoublesTheSizeInThirtyTwoBits) {
       {"too large for an answer", "2147483648", "1*0", "-0.002\n", 0},
       {"far too large", "5000000000", "1*0", "-0.002\n", 0},
   };
-  for (const Row& row : kRows) {
-    SCOPED_TRACE(row.name);
-    CheckOutcome(OnAnswers(row.sizes, row.free), row.line, row.status);
-  }
+  CheckRows(kRows);
 }
 
 TEST(DiskFree, SeesLargeFileSystemsWhole) {
@@ -107,10 +109,7 @@ TEST(DiskFree, SeesLargeFileSystemsWhole) {
       {"2^32 blocks of one byte", "1000000000", "1*4294967296", "-2.29497e+06\n", 0},
       {"2^32 + 1 blocks of one byte", "1", "1*4294967297", "-4.29497e+06\n", 0},
   };
-  for (const Row& row : kRows) {
-    SCOPED_TRACE(row.name);
-    CheckOutcome(OnAnswers(row.sizes, row.free), row.line, row.status);
-  }
+  CheckRows(kRows);
 }
 
 TEST(DiskFree, JudgesBySecondAnswers) {
@@ -123,10 +122,7 @@ TEST(DiskFree, JudgesBySecondAnswers) {
       {"the file comes", "- 3000", "1*5000", "-5.002\n", 1},
       {"the file system goes", "1000", "1*5000 -", "-3\n", 1},
   };
-  for (const Row& row : kRows) {
-    SCOPED_TRACE(row.name);
-    CheckOutcome(OnAnswers(row.sizes, row.free), row.line, row.status);
-  }
+  CheckRows(kRows);
 }
 
 TEST(DiskFree, AsksInOrderAndAboutThePathItself) {

@@ -1,9 +1,9 @@
 #include <gtest/gtest.h>
 
-#include <iostream>
 #include <sstream>
 
 #include "lists/SStringList.h"
+#include "support/ErrorText.h"
 #include "support/SStringListPeek.h"
 
 namespace {
@@ -40,22 +40,6 @@ TEST(SStringListStreams, ReadNothingFromAStreamThatHasFailed) {
   SStringList list = {"before"};
   in >> list;
   EXPECT_EQ(list.Count(), 0);
-}
-
-// Returns what `write` puts to the standard error stream.
-template <class Write>
-std::string ErrorText(Write write) {
-  std::ostringstream out;
-  std::streambuf* const before = std::cerr.rdbuf(out.rdbuf());
-  write();
-  std::cerr.rdbuf(before);
-  return out.str();
-}
-
-std::string Address(const void* address) {
-  std::ostringstream out;
-  out << address;
-  return out.str();
 }
 
 TEST(SStringListDebug, DumpsTheRepresentation) {

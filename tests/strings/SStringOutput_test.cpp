@@ -5,6 +5,7 @@
 #include <sstream>
 
 #include "strings/SString.h"
+#include "support/ErrorText.h"
 #include "support/SStringPeek.h"
 
 namespace {
@@ -74,19 +75,8 @@ TEST(SStringWrite, IsNotGoodOnAStreamAtItsEnd) {
   EXPECT_EQ(SString("ab").Write(both), 0);
 }
 
-// Returns what Debug writes to the standard error stream.
 std::string DebugText(const SString& s, int verbose) {
-  std::ostringstream out;
-  std::streambuf* const before = std::cerr.rdbuf(out.rdbuf());
-  s.Debug(verbose);
-  std::cerr.rdbuf(before);
-  return out.str();
-}
-
-std::string Address(const void* address) {
-  std::ostringstream out;
-  out << address;
-  return out.str();
+  return ErrorText([&] { s.Debug(verbose); });
 }
 
 TEST(SStringDebug, WritesOnlyTheBytesWhenNotVerbose) {

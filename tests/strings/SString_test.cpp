@@ -515,7 +515,7 @@ TEST(SString, ComparesBytesUnsignedAndTheShorterFirst) {
     EXPECT_EQ(row.a < row.b, row.order < 0);
     EXPECT_EQ(row.a > row.b, row.order > 0);
     EXPECT_EQ(row.b == row.a, row.order == 0);
-    EXPECT_EQ(row.b<row.a, row.order> 0);
+    EXPECT_EQ((row.b < row.a), row.order > 0);
     EXPECT_EQ(row.b > row.a, row.order < 0);
   }
 }
