@@ -5,11 +5,11 @@
 //   for (SString line; lines.ReadLine(line);) Consume(line);
 //   Consume(lines.GetRemainder());       // the last line, if it has no end
 //
-// The caller keeps `text` alive and unchanged. Every line is a view on the same
-// representation: the next call changes what all strings that share it show. Who keeps a
-// line copies it, by SString(line.Data(), line.Length()). A string from the breaker that
-// has not been released or reassigned when the breaker goes ends the process with status
-// 110, as for any SFixedString.
+// The caller keeps `text` alive and unchanged: a temporary will not do. Every line is a view on the
+// same representation: the next call changes what all strings that share it show. Who keeps a line
+// copies it, by SString(line.Data(), line.Length()). A string from the breaker that has not been
+// released or reassigned when the breaker goes ends the process with status 110, as for any
+// SFixedString.
 //
 // Neither copyable nor movable.
 

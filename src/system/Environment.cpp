@@ -22,8 +22,9 @@ SString GetEnv(const char* key) { return key == nullptr ? SString("") : SString(
 SString GetEnv(const SString& key) { return GetEnv(Terminated(key).Data()); }
 
 void PutEnv(const SString& key, const SString& value) {
-  // The environment owns the copy from here on; putenv has nobody to report a failure to.
-  static_cast<void>(::putenv((key + "=" + value).GetBuf()));
+  char* const setting = (key + "=" + value).GetBuf();
+  // The environment owns it from here on; nobody is told of a failure.
+  if (setting != nullptr) static_cast<void>(::putenv(setting));
 }
 
 SString ProcessIdString() { return SString(static_cast<long>(::getpid())); }

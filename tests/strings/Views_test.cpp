@@ -281,7 +281,8 @@ TEST(SLineBreaker, ShowsTheNextLineInAllStringsThatShare) {
 }
 
 TEST(SLineBreaker, OfAnUndefinedTextHasNoLine) {
-  SLineBreaker breaker(SString(), 0);
+  const SString undefined;
+  SLineBreaker breaker(undefined, 0);
   SString line("before");
   EXPECT_EQ(breaker.ReadLine(line), 0);
   CheckUndefined(line);
@@ -335,7 +336,8 @@ TEST(SLineBreakerDeathTest, OutlivedByALineEndsTheProcess) {
       {
         SString line;
         {
-          SLineBreaker breaker("one\ntwo\n", 0);
+          const SString text("one\ntwo\n");
+          SLineBreaker breaker(text, 0);
           breaker.ReadLine(line);
         }
         std::abort();
@@ -345,7 +347,8 @@ TEST(SLineBreakerDeathTest, OutlivedByALineEndsTheProcess) {
       {
         SString rest;
         {
-          SLineBreaker breaker("one", 0);
+          const SString text("one");
+          SLineBreaker breaker(text, 0);
           rest = breaker.GetRemainder();
         }
         std::abort();

@@ -15,7 +15,9 @@
 #include "support/EnvironmentKey.h"
 
 // The environment keeps a copy of every setting for good, on purpose.
-extern "C" const char* __lsan_default_suppressions() { return "leak:PutEnv"; }
+extern "C" __attribute__((visibility("default"))) const char* __lsan_default_suppressions() {
+  return "leak:PutEnv";
+}
 
 namespace {
 
