@@ -259,7 +259,7 @@ TEST(SStringList, IsARangeThatCanBeWalkedBothWays) {
   static_assert(std::ranges::common_range<const SStringList>);
   const SStringList list = {"a", "b", "c"};
   std::string back;
-  for (const SString& s : std::views::reverse(list)) back += s.View();
+  for (auto at = list.end(); at != list.begin();) back += (--at)->View();
   EXPECT_EQ(back, "cba");
   EXPECT_EQ(std::ranges::count_if(list, [](const SString& s) { return s > "a"; }), 2);
   EXPECT_EQ(std::ranges::distance(SStringList()), 0);

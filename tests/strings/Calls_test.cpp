@@ -46,7 +46,6 @@ TEST(Calls, AssignToStrings) {
   s = nullptr;
   EXPECT_TRUE(s.Defined());
   s = SString("abc");
-  s = s;  // NOLINT: it is to change nothing
   s = s + "d";
   EXPECT_EQ(s, "abcd");
 }
