@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <ostream>
+#include <string>
 
 #include "../strings/StandardError.h"
 
@@ -15,14 +16,15 @@ void SStringItem::Debug(int level) const {
     return;
   }
   std::ostream& out = StandardError();
-  out << "Prev: " << static_cast<const void*>(prev) << " This: " << static_cast<const void*>(this)
-      << " Next: " << static_cast<const void*>(next);
+  const std::string places =
+      "Prev: " + AddressText(prev) + " This: " + AddressText(this) + " Next: " + AddressText(next);
+  out.write(places.data(), static_cast<std::streamsize>(places.size()));
   if (level == 1) {
-    out << " '";
+    out.write(" '", 2);
     value.Debug(0);
-    out << "'\n";
+    out.write("'\n", 2);
   } else {
-    out << "\n";
+    out.put('\n');
     value.Debug(level);
   }
 }

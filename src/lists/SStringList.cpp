@@ -13,6 +13,8 @@
 #include <memory>
 #include <new>
 #include <ostream>
+#include <string>
+#include <string_view>
 #include <vector>
 
 #include "../strings/Sizes.h"
@@ -154,7 +156,7 @@ SString& SStringList::operator[](int i) {
   _MakeUnique();
   if (i < 0) i += rep_->count;
   if (i < 0) return *new SString;  // the caller may write to it, and nobody will know
-  while (i >= rep_->count) _Push(SString());
+  if (i >= rep_->count) _TakeUndefined(i - rep_->count + std::int64_t{1}, rep_->count);
   return _FindItem(i)->value;
 }
 
@@ -195,15 +197,16 @@ SStringList SStringList::Clone() const {
   return clone;
 }
 
-int SStringList::Index(const SString& s) const {
-  const Iterator found = std::find(begin(), end(), s);
-  return found == end() ? -1 : static_cast<int>(std::distance(begin(), found));
-}
+int SStringList::Index(const SString& s) const { return _Index(s.View()); }
 
 int SStringList::Index(const char* s) const {
+  return _Index(s == nullptr ? std::string_view() : std::string_view(s));
+}
+
+int SStringList::_Index(std::string_view text) const {
   int i = 0;
   for (const SString& element : *this) {
-    if (element == s) return i;
+    if (element == text) return i;
     ++i;
   }
   return -1;
@@ -261,7 +264,7 @@ void SStringList::Insert(const SStringList& o, int pos) {
   _MakeUnique();
   if (Count() == 0) {
     *this = o;
-    if (pos > 0) _PushInFront(pos);
+    if (pos > 0) _TakeUndefined(pos, 0);
   } else if (pos >= 0 && pos <= Count()) {
     SStringList copies;
     copies._Push(o);
@@ -380,25 +383,28 @@ void SStringList::Unique() {
 void SStringList::Debug(int level) const {
   std::ostream& out = StandardError();
   if (!Defined()) {
-    out << "Undefined\n";
+    out.write("Undefined\n", 10);
     return;
   }
-  out << "Number of Links: " << rep_->links << "\n"
-      << "Number of Items: " << rep_->count << "\n"
-      << "Root node:       " << static_cast<const void*>(rep_->root) << "\n"
-      << "Flags:           " << rep_->flags << "\n";
+  const std::string head = "Number of Links: " + std::to_string(rep_->links) +
+                           "\nNumber of Items: " + std::to_string(rep_->count) +
+                           "\nRoot node:       " + AddressText(rep_->root) +
+                           "\nFlags:           " + std::to_string(rep_->flags) + "\n";
+  out.write(head.data(), static_cast<std::streamsize>(head.size()));
   if (level == 0) return;
   const SStringItem* item = rep_->root;
   for (int n = Count(); n > 0; --n, item = item->next) {
     item->Debug(level);
-    out << "\n";
+    out.put('\n');
   }
 }
 
 void SStringList::_Create() { rep_ = new SStringListRep; }
 
 bool SStringList::_MakeUnique() {
-  if (rep_->links > 1) {
+  if (rep_ == &movedFrom) {
+    *this = SStringList();  // nobody else's: as undefined as it was
+  } else if (rep_->links > 1) {
     SStringList mine;
     mine._Define();
     mine._Push(*this);
@@ -463,11 +469,10 @@ void SStringList::_Take(SStringList& other, int pos) {
   from.count = 0;
 }
 
-void SStringList::_PushInFront(int n) {
-  for (; n > 0; --n) {
-    _Push(SString());
-    rep_->root = rep_->root->prev;
-  }
+void SStringList::_TakeUndefined(std::int64_t n, int pos) {
+  SStringList undefined;
+  for (; n > 0; --n) undefined._Push(SString());
+  _Take(undefined, pos);
 }
 
 void SStringList::_Remove(SStringItem* item) {

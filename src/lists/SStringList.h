@@ -17,17 +17,24 @@
 // References to elements end with the element; elements stay where they are while others
 // come and go, but sorting and reversing exchange their values.
 //
+// An edit that finds no memory throws std::bad_alloc and has added nothing; one that removes
+// as well may have done so.
+//
 // Not for use between threads.
 
 #ifndef MAILHEARTH_LISTS_SSTRINGLIST_H
 #define MAILHEARTH_LISTS_SSTRINGLIST_H
 
+#include <algorithm>
+#include <concepts>
 #include <cstddef>
 #include <cstdint>
 #include <initializer_list>
 #include <iosfwd>
 #include <iterator>
+#include <limits>
 #include <memory>
+#include <string_view>
 #include <utility>
 
 #include "../strings/Export.h"
@@ -124,6 +131,16 @@ class MAILHEARTH_EXPORT SStringList {
   SString& operator[](int i);
   SString operator[](int i) const { return Get(i); }
 
+  // The same for other integers; past the range of int, its end.
+  template <std::integral Integer>
+  SString& operator[](Integer i) {
+    return (*this)[_Narrow(i)];
+  }
+  template <std::integral Integer>
+  SString operator[](Integer i) const {
+    return Get(_Narrow(i));
+  }
+
   // Returns a copy of the element at `i`, counted from the end when negative; an undefined
   // string when there is none.
   [[nodiscard]] SString Get(int i) const;
@@ -161,6 +178,7 @@ class MAILHEARTH_EXPORT SStringList {
   // there was one.
   bool Delete(const SString& s);
   bool Delete(const char* s);
+  bool Delete(char c) { return Delete(SString(c)); }
   bool Delete(int i);
 
   // Inserts the elements of `o` before position `pos`, at the end if that is Count().
@@ -201,7 +219,8 @@ class MAILHEARTH_EXPORT SStringList {
   // The same for all elements from `off` on; an undefined list when there are none.
   SStringList Splice(int off);
 
-  // The same, then inserts `repl` at `off`, also if nothing was removed.
+  // The same, then inserts `repl` at `off`, also if nothing was removed: see Insert for what
+  // that does to an empty list.
   SStringList Splice(int off, int len, const SStringList& repl);
 
   // Removes each element that equals the one before it.
@@ -228,6 +247,15 @@ class MAILHEARTH_EXPORT SStringList {
   [[nodiscard]] SStringItem* _FindItem(int i);
   [[nodiscard]] const SStringItem* _FindItem(int i) const;
 
+  [[nodiscard]] int _Index(std::string_view text) const;
+
+  template <std::integral Integer>
+  static int _Narrow(Integer i) {
+    constexpr std::int64_t kLeast = std::numeric_limits<int>::min();
+    constexpr std::int64_t kMost = std::numeric_limits<int>::max();
+    return static_cast<int>(std::clamp(static_cast<std::int64_t>(i), kLeast, kMost));
+  }
+
   int _Push(const SString& s);
   int _Push(std::unique_ptr<SStringItem> item);
   int _Push(const SStringList& other);
@@ -239,8 +267,8 @@ class MAILHEARTH_EXPORT SStringList {
   // Moves all elements of `other` to before position `pos`.
   void _Take(SStringList& other, int pos);
 
-  // Puts `n` undefined strings in front.
-  void _PushInFront(int n);
+  // Puts `n` undefined strings before position `pos`.
+  void _TakeUndefined(std::int64_t n, int pos);
 
   // Takes an element of this list out and destroys it.
   void _Remove(SStringItem* item);
@@ -260,8 +288,8 @@ class MAILHEARTH_EXPORT SStringList {
 // Writes the bytes of all elements, with nothing between them.
 MAILHEARTH_EXPORT std::ostream& operator<<(std::ostream& os, SStringList list);
 
-// Reads lines, their ends kept, until the end of input or a line that is empty, which is
-// taken from the stream and not pushed. The list is emptied first.
+// Reads lines, their ends kept, until the end of input or a line that is a line feed alone,
+// which is taken from the stream and not pushed. The list is emptied first.
 MAILHEARTH_EXPORT std::istream& operator>>(std::istream& is, SStringList& list);
 
 // New lists: the base name, lower or upper case of each element. Defined if `list` is

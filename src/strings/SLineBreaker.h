@@ -34,7 +34,7 @@ class MAILHEARTH_EXPORT SLineBreaker {
   // Known and kept: before giving up, the length that `out` has on entry is looked at. If
   // that lies beyond where the line starts, the line goes up to there, one byte more
   // counting as its end, but never past the text. A caller who hands back the line before,
-  // or an undefined string, need not care but for texts of that shape.
+  // or an undefined string, need not care.
   int ReadLine(SString& out);
 
   // Returns a view of what has not been handed out yet.

@@ -67,12 +67,6 @@ std::string Escaped(std::string_view bytes) {
   return out;
 }
 
-std::string AddressText(const void* address) {
-  char text[2 + 2 * sizeof address] = {'0', 'x'};
-  const auto bits = reinterpret_cast<std::uintptr_t>(address);
-  return {text, std::to_chars(text + 2, text + sizeof text, bits, 16).ptr};
-}
-
 // Returns the labelled lines of SString::Debug.
 std::string Report(const SStringRep& rep) {
   const std::string links = "Number of links:      " + std::to_string(rep.links) + "\n";

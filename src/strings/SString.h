@@ -186,8 +186,8 @@ class MAILHEARTH_EXPORT SString {
   [[nodiscard]] int RIndex(const SString& t, int start = 0) const;
   [[nodiscard]] int RIndex(const char* s, int start = 0) const { return RIndex(SString(s), start); }
 
-  // Returns the last position of the byte, -1 when there is none. Here `start` is where the
-  // search ends above: only positions below it count, or all of them if it is below 1.
+  // Returns the last position of the byte below `start`, of all positions if `start` is
+  // below 1; -1 when there is none.
   [[nodiscard]] int RIndex(char c, int start = 0) const;
 
   // Returns the `count` bytes from `start`, a new string, always defined. A negative start

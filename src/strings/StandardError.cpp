@@ -1,5 +1,7 @@
 #include "StandardError.h"
 
+#include <charconv>
+#include <cstdint>
 #include <ios>
 #include <ostream>
 
@@ -17,6 +19,13 @@ inline namespace mailhearth {
 std::ostream& StandardError() {
   static const std::ios_base::Init streams;  // constructs the streams if nobody has
   return cerrOfTheStandardLibrary;
+}
+
+std::string AddressText(const void* address) {
+  if (address == nullptr) return "0";
+  char text[2 + 2 * sizeof address] = {'0', 'x'};
+  const auto bits = reinterpret_cast<std::uintptr_t>(address);
+  return {text, std::to_chars(text + 2, text + sizeof text, bits, 16).ptr};
 }
 
 }  // namespace mailhearth

@@ -4,6 +4,7 @@
 #define MAILHEARTH_STRINGS_STANDARDERROR_H
 
 #include <iosfwd>
+#include <string>
 
 inline namespace mailhearth {
 
@@ -11,6 +12,9 @@ inline namespace mailhearth {
 // would construct all standard streams before main in every program that links
 // them, of which a small command would feel a few hundredths of its whole run.
 [[nodiscard]] std::ostream& StandardError();
+
+// Returns an address as streams print it, but whatever their flags and locale are.
+[[nodiscard]] std::string AddressText(const void* address);
 
 }  // namespace mailhearth
 

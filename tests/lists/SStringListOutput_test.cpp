@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <iomanip>
+#include <iostream>
 #include <sstream>
 
 #include "lists/SStringList.h"
@@ -26,6 +28,13 @@ TEST(SStringListStreams, ReadUpToTheFirstEmptyLine) {
   EXPECT_EQ(list.Count(), 0);
 }
 
+TEST(SStringListStreams, ReadALineOfACarriageReturnAsALine) {
+  std::istringstream in("a\n\r\nb\n");
+  SStringList list;
+  in >> list;
+  EXPECT_EQ(Texts(list), (std::vector<std::string>{"a\n", "\r\n", "b\n"}));
+}
+
 TEST(SStringListStreams, ReadALastLineWithoutEnd) {
   std::istringstream in("one\ntwo");
   SStringList list;
@@ -46,7 +55,9 @@ TEST(SStringListDebug, DumpsTheRepresentation) {
   const SStringList list = {"a"}, copy(list), undefined;
   const std::string head = "Number of Links: 2\nNumber of Items: 1\nRoot node:       " +
                            Address(SStringListPeek::Rep(list).root) + "\nFlags:           1\n";
-  EXPECT_EQ(ErrorText([&] { list.Debug(0); }), head);
+  std::cerr << std::hex << std::showbase << std::setw(300);
+  EXPECT_EQ(ErrorText([&] { list.Debug(0); }), head) << "whatever the stream's format is";
+  std::cerr << std::dec << std::noshowbase << std::setw(0);
   const std::string node = Address(SStringListPeek::Rep(list).root);
   EXPECT_EQ(ErrorText([&] { list.Debug(1); }),
             head + "Prev: " + node + " This: " + node + " Next: " + node + " 'a'\n\n");

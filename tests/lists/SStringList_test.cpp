@@ -5,7 +5,9 @@
 #include <algorithm>
 #include <climits>
 #include <cstring>
+#include <limits>
 #include <memory>
+#include <new>
 #include <random>
 #include <ranges>
 #include <string>
@@ -165,7 +167,8 @@ TEST(SStringList, AMovedFromListIsUndefinedAndOfUse) {
   taken = std::move(list);
   CheckList(taken, {"c"});
   CheckUndefined(list);
-  EXPECT_EQ(list.Pop().Defined(), false);
+  ::CheckUndefined(list.Pop());
+  CheckUndefined(list);
   SStringList* const same = &taken;
   taken = std::move(*same);
   CheckList(taken, {"c"});
@@ -219,6 +222,16 @@ TEST(SStringList, IndexPastTheEndGrowsTheList) {
   SStringList undefined;
   undefined[0];
   CheckList(undefined, {kUndefined});
+}
+
+TEST(SStringList, IndexTakesAllIntegers) {
+  SStringList list = {"a", "b"};
+  const SStringList copy(list);
+  CheckText(list[1L], "b");
+  CheckText(list[std::size_t{1}], "b");
+  CheckText(copy[-1LL], "b");
+  ::CheckUndefined(copy[1L << 40]);
+  ::CheckUndefined(copy[std::numeric_limits<long>::min()]);
 }
 
 TEST(SStringList, IndexBeforeTheBeginningIsAStringOfNobody) {
@@ -364,11 +377,21 @@ TEST(SStringList, CloneSharesNothing) {
   const SStringList list = {"a", SString(), "", nothing};
   const SStringList clone = list.Clone();
   CheckList(clone, {"a", kUndefined, "", kUndefined});
-  EXPECT_FALSE(SStringPeek::Shares(list[0], clone[0]));
+  for (int i = 0; i < 3; ++i) EXPECT_FALSE(SStringPeek::Shares(list[i], clone[i]));
+  const SStringList two = {"a", "b"}, twoCloned = two.Clone();
+  for (int i = 0; i < 2; ++i) EXPECT_FALSE(SStringPeek::Shares(two[i], twoCloned[i]));
   CheckUndefined(SStringList().Clone());
   CheckList(DefinedEmpty().Clone(), {});
   SStringList four = {"a", "b", "c", "d"};
   CheckUndefined(four.Splice(1, 2).Clone(), {"b", "c"});
+}
+
+TEST(SStringList, ALengthPastTheLimitIsNotWrapped) {
+  SFixedString large("", 1 << 30);  // whose bytes nobody reads
+  const SString s = large;
+  const SStringList list = {s, s, s};
+  EXPECT_EQ(Length(list), INT_MAX);
+  EXPECT_THROW(static_cast<void>(list.Join()), std::bad_alloc);
 }
 
 TEST(SStringList, LengthIsThatOfAllBytes) {
@@ -538,7 +561,7 @@ TEST(SStringList, DeleteTakesOneElement) {
   EXPECT_TRUE(list.Delete(SString("a")));
   CheckList(list, {"b", "a"});
   EXPECT_TRUE(list.Delete(1));
-  EXPECT_TRUE(list.Delete("b"));
+  EXPECT_TRUE(list.Delete('b'));
   CheckList(list, {});
   EXPECT_FALSE(list.Delete(0));
 }
@@ -661,6 +684,10 @@ TEST(SStringList, SpliceInsertsAlsoWhereNothingWasRemoved) {
   CheckList(list, {"a", "x", "y", "b", "z"});
   CheckUndefined(list.Splice(9, 0, "z"));
   CheckList(list, {"a", "x", "y", "b", "z"});
+  SStringList empty, source = {"x"};
+  CheckUndefined(empty.Splice(2, 0, source));
+  CheckList(empty, {kUndefined, kUndefined, "x"});
+  CheckList(source, {kUndefined, kUndefined, "x"});
 }
 
 // --- Sorting --------------------------------------------------------------------------------

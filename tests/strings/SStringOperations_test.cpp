@@ -248,6 +248,15 @@ TEST(Searching, AgreesWithTheObviousWayOnHostileTexts) {
   }
 }
 
+// At each length the change of method may come at another place.
+TEST(Searching, FindsWhatStandsWhereTheMethodChanges) {
+  for (int n = 0; n < 1500; ++n) {
+    ASSERT_EQ((SString('a', n) + "ab").Index("ab"), n);
+    ASSERT_EQ((SString("aab") + SString('a', n)).RIndex("aab"), 0);
+    ASSERT_EQ((SString('a', n) + "bab").Count("ab"), n > 0 ? 2 : 1);
+  }
+}
+
 // Half of the text as the needle: a search that were not linear would not end.
 TEST(Searching, EndsOnLongHostileTexts) {
   constexpr int kHalf = 1 << 21;

@@ -5,6 +5,7 @@
 #include <climits>
 #include <cstdlib>
 #include <memory>
+#include <new>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -13,6 +14,7 @@
 #include "strings/SLineBreaker.h"
 #include "strings/SString.h"
 #include "strings/SSubString.h"
+#include "strings/Sizes.h"
 #include "support/CheckText.h"
 #include "support/CountedNew.h"
 #include "support/ExactInput.h"
@@ -203,6 +205,14 @@ TEST(SSubString, OfAStringThatHasBecomeShorterIsWhatIsLeft) {
   CheckText(s, "aX");
 }
 
+TEST(SSubString, RefusesAResultPastTheLimit) {
+  SFixedString most("", kMaxLength);  // whose bytes nobody reads
+  const SString longest = most;
+  SString s("ab");
+  EXPECT_THROW(s.Segment(1, 0) = longest, std::bad_alloc);
+  CheckText(s, "ab");
+}
+
 TEST(SSubString, WritesInPlaceWhereThereIsRoom) {
   SString s("abcdef");
   const SString x("X");
@@ -254,6 +264,16 @@ TEST(SLineBreaker, BreaksAtLineFeedsWithOrWithoutCarriageReturn) {
     EXPECT_EQ(Lines(row.text, 1), row.stripped);
     EXPECT_EQ(Lines(row.text, 7), row.stripped);
   }
+}
+
+TEST(SLineBreaker, GetRemainderTakesNothing) {
+  const SString text("one\ntwo");
+  SLineBreaker breaker(text, 0);
+  EXPECT_EQ(breaker.GetRemainder().View(), "one\ntwo");
+  EXPECT_EQ(breaker.GetRemainder().View(), "one\ntwo");
+  SString line;
+  EXPECT_EQ(breaker.ReadLine(line), 1);
+  EXPECT_EQ(line.View(), "one\n");
 }
 
 TEST(SLineBreaker, CopiesNothing) {

@@ -12,6 +12,7 @@
 #include <string>
 
 #include "support/CheckText.h"
+#include "support/CountedNew.h"
 #include "support/EnvironmentKey.h"
 
 // The environment keeps a copy of every setting for good, on purpose.
@@ -61,6 +62,22 @@ TEST(PutEnv, SetsAValueThatOutlivesItsArguments) {
   EXPECT_NE(::getenv(key.Name()), nullptr);
   PutEnv(key.Name(), "a=b");
   CheckText(GetEnv(key.Name()), "a=b");
+}
+
+TEST(PutEnv, ThatFindsNoMemorySetsNothing) {
+  const EnvironmentKey key("MAILHEARTH_TEST_KEY");
+  const SString name(key.Name()), value("a value");
+  PutEnv(name, "before");
+  for (int n = 0;; ++n) {
+    const FailNthAllocation fault(n);
+    try {
+      PutEnv(name, value);
+    } catch (const std::bad_alloc&) {
+    }
+    if (!fault.Fired()) break;
+    EXPECT_STREQ(::getenv(key.Name()), "before");
+  }
+  CheckText(GetEnv(name), "a value");
 }
 
 TEST(ProcessIdString, IsDecimal) { CheckText(ProcessIdString(), std::to_string(::getpid())); }
