@@ -5,9 +5,14 @@ install(DIRECTORY "${PROJECT_SOURCE_DIR}/src/"
   DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/mailhearth"
   FILES_MATCHING PATTERN "*.h"
   PATTERN "command" EXCLUDE
+  PATTERN "engine" EXCLUDE
   PATTERN "Bytes.h" EXCLUDE
   PATTERN "ErrnoKeeper.h" EXCLUDE
+  PATTERN "Options.h" EXCLUDE
+  PATTERN "PatternStore.h" EXCLUDE
+  PATTERN "Replacement.h" EXCLUDE
   PATTERN "Search.h" EXCLUDE
+  PATTERN "Searches.h" EXCLUDE
   PATTERN "Sizes.h" EXCLUDE
   PATTERN "StandardError.h" EXCLUDE
   PATTERN "StartUp.h" EXCLUDE)

@@ -7,6 +7,10 @@
 
 #include "lists/SStringItem.h"     // nodes of lists
 #include "lists/SStringList.h"     // lists of strings
+#include "regex/Grep.h"            // what Grep says of a test in error
+#include "regex/SPerlRegex.h"      // patterns in a Perl-like dialect
+#include "regex/SRegex.h"          // POSIX patterns
+#include "regex/Substitution.h"    // replacements
 #include "strings/SFixedString.h"  // strings on bytes that somebody else keeps
 #include "strings/SLineBreaker.h"  // the lines of a text
 #include "strings/SString.h"       // strings

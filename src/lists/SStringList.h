@@ -51,6 +51,8 @@ struct MAILHEARTH_EXPORT SStringListRep {
   int flags = 1;                // bit 0: the list is defined; no other is used
 };
 
+class SRegex;
+
 class MAILHEARTH_EXPORT SStringList {
  public:
   // Walks over the elements, which it only reads. Ends with an edit of the list.
@@ -225,6 +227,30 @@ class MAILHEARTH_EXPORT SStringList {
 
   // Removes each element that equals the one before it.
   void Unique();
+
+  // Returns the elements that match; with `keep` 0, those that do not. Undefined when this
+  // list is or nothing is compiled.
+  [[nodiscard]] SStringList Grep(const SRegex& re, int keep = 1) const;
+
+  // Returns the elements that pass a test, and puts the others into `rejected` unless that is
+  // null. The test is one of
+  //
+  //   /PATTERN/OPTIONS    the element matches; also m/PATTERN/OPTIONS, with any delimiter
+  //   s/PATTERN/REPLACEMENT/OPTIONS   something was replaced, as by SString::S, and it is
+  //                       replaced in this list as well
+  //   -d -e -f -r -w -x   the element is the path of a directory, of anything, of a regular
+  //                       file, of something readable, writeable, executable
+  //
+  // and "!" before it turns it round; blanks and tabs may stand before it. A delimiter behind
+  // a backslash ends nothing; both stay in the pattern or replacement and mean there what
+  // they mean: \/ is a slash, but with the delimiter d, \d is a digit. The last delimiter may
+  // be missing.
+  //
+  // What is wrong with a test is reported on the standard error stream. Without a test, or
+  // with a file test that does not exist, no element is returned, in either list. Both lists
+  // are undefined when this one is or the pattern does not compile. When memory runs out on
+  // the way, what was replaced stays replaced.
+  SStringList Grep(const SString& test, SStringList* rejected = nullptr);
 
   // Dumps the list to the standard error stream, with `level` not 0 its nodes as well.
   void Debug(int level) const;

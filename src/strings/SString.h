@@ -39,6 +39,8 @@
 
 inline namespace mailhearth {
 
+class SRegex;
+class SStringList;
 class SSubString;
 
 class MAILHEARTH_EXPORT SString {
@@ -219,6 +221,76 @@ class MAILHEARTH_EXPORT SString {
   SString& UpperCase();
   SString& Reverse();
 
+  // Patterns. Each operation takes a compiled expression, or a pattern as text in the
+  // dialect of SPerlRegex.h. Of such text a few compiled forms are kept, so a pattern that
+  // comes back costs no second compilation; one that is in error is reported on the
+  // standard error stream at every call and matches nothing, and the empty one matches
+  // nothing. The option "i" ignores case and belongs to patterns given as text only: an
+  // expression has its own. What is returned as a list needs lists/SStringList.h.
+  //
+  //   if (header.HasMatch("^subject\\s*:", "i")) ...
+  //   for (const SString& word : line.Split(",\\s*")) ...
+  //   path.S("/+", "/", "g");
+
+  // Returns whether the pattern matches anywhere.
+  bool HasMatch(const SRegex& re) const;
+  [[nodiscard]] bool HasMatch(const SString& pattern, const char* options = nullptr) const;
+  [[nodiscard]] bool HasMatch(const char* pattern, const char* options = nullptr) const;
+
+  // Returns copies of what the first match covers: the whole and each group, in the order of
+  // their opening parentheses; an undefined list when there is no match. See SRegex::Match.
+  [[nodiscard]] SStringList M(const SRegex& re) const;
+  [[nodiscard]] SStringList M(const SString& pattern, const char* options = nullptr) const;
+  [[nodiscard]] SStringList M(const char* pattern, const char* options = nullptr) const;
+
+  // Replaces the first match by `replacement`; with the option "g", every match. See
+  // SRegex::Subst, and AppendPasteBuffer for what $ and backslash mean in a replacement.
+  // Returns what M() gives for the last match replaced; an undefined list, and no change,
+  // when there was none.
+  //
+  // The empty pattern, or a null one, puts the replacement at the front as it stands, with
+  // "g" also behind every character; the list returned then holds one empty string.
+  SStringList S(const SRegex& re, const SString& replacement, const char* options = nullptr);
+  SStringList S(const SString& pattern, const SString& replacement, const char* options = nullptr);
+  SStringList S(const char* pattern, const SString& replacement, const char* options = nullptr);
+
+  // Returns the fields between the matches of a separator. With `limit` above 0, the last of
+  // so many holds the rest unsplit; a negative one splits nothing.
+  //
+  // A separator at the end leaves no empty field behind it. One at the beginning, or behind
+  // another, gives an empty field, which the limit does not count. Where the separator
+  // matches the empty text, every character is a field. Known and kept: where it
+  // matches the empty text in front of a field and nowhere behind, as ^ does, the first byte
+  // of the field is lost.
+  //
+  // Undefined when there are no fields or nothing is compiled.
+  [[nodiscard]] SStringList Split(const SRegex& re, int limit = 0) const;
+
+  // The same for a separator in the dialect. The empty one, or a null one, splits into
+  // characters; the list is then defined if the string is.
+  [[nodiscard]] SStringList Split(const SString& sep, int limit = 0) const;
+  [[nodiscard]] SStringList Split(const char* sep, int limit = 0) const;
+
+  // The same for a byte, which stands for itself. For a blank, the separator is any run of
+  // blanks, tabs, carriage returns and line feeds, and one at the beginning is passed over
+  // unless the string has nothing else.
+  [[nodiscard]] SStringList Split(char c, int limit = 0) const;
+
+  // Returns the pieces between the occurrences of `sep`, taken as it stands. With `max` above
+  // 0, the last of so many holds the rest unsplit. Empty pieces are kept, also the last: the
+  // defined empty string has one. For an empty `sep`, the same as Split; an undefined string
+  // gives an undefined list.
+  [[nodiscard]] SStringList SplitExact(const SString& sep, int max = 0) const;
+
+  // Returns the words between blanks, tabs and line feeds. A word that starts with a double
+  // quote goes on to the next one, over blanks, and is returned with the first quote and
+  // without the second.
+  //
+  // Known and kept: a last word of one byte is left out, and the only byte of a string too,
+  // but not a last double quote; a quoted word without its second quote loses the last byte
+  // of the string. Defined if the string is.
+  [[nodiscard]] SStringList BreakToWords() const;
+
   friend void swap(SString& a, SString& b) noexcept { std::swap(a.rep_, b.rep_); }
 
   // Writes the bytes to `os`, NULs included, with no end mark.
@@ -233,6 +305,7 @@ class MAILHEARTH_EXPORT SString {
   void Debug(int verbose) const;
 
  private:
+  friend class SRegex;
   friend class SStringList;
   friend class SStringPeek;  // the tests' eye
   friend class SSubString;
@@ -292,6 +365,16 @@ class MAILHEARTH_EXPORT SString {
 
   // Room for bytes and NUL; 0 when the string has no storage of its own.
   [[nodiscard]] int _Capacity() const { return rep_->allocated; }
+
+  // Whether a handle may outlive the caller's: the bytes are of the library's own making.
+  [[nodiscard]] bool _Keepable() const { return rep_->OneBlock() && rep_->Terminated(); }
+
+  // S with the empty pattern.
+  SStringList _Interleave(const SString& replacement, const char* options);
+
+  // Split at a separator in the dialect, and at an empty one.
+  [[nodiscard]] SStringList _Split(std::string_view sep, int limit) const;
+  [[nodiscard]] SStringList _SplitCharacters(int limit) const;
 
   // Whether `text` points at a byte of this string.
   [[nodiscard]] bool _Holds(const char* text) const;

@@ -67,7 +67,7 @@ objdump -h "$archive" | awk '/file format/ { object = $1 } / \.(init_array|ctors
 
 # Symbols that are not in the library's namespace could clash with somebody else's.
 nm --defined-only "$archive" | awk '$2 ~ /[TDBRC]/ { print $3 }' | c++filt |
-  grep -v '^mailhearth::\|^vtable for mailhearth::' >"$work/foreign" || true
+  grep -vE '^((vtable|typeinfo|typeinfo name) for )?mailhearth::' >"$work/foreign" || true
 [ ! -s "$work/foreign" ] || fail "outside the namespace: $(cat "$work/foreign")"
 
 # Hardening of a release: position-independent, read-only relocations, bound at start.

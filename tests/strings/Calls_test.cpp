@@ -202,6 +202,37 @@ TEST(Calls, UseLists) {
   EXPECT_EQ(BaseName("dir/file.c", ".c"), "file");
 }
 
+TEST(Calls, UsePatterns) {
+  const SRegex re("b"), ignoring("B", "i"), none;
+  SPerlRegex perl("\\w"), never;
+  const SString pattern("b"), constant("abcb");
+  SString s(constant);
+  EXPECT_TRUE(s.HasMatch(re) && s.HasMatch(pattern) && s.HasMatch("b") && s.HasMatch('b'));
+  EXPECT_TRUE(s.HasMatch(pattern, "i") && s.HasMatch("B", "i") && s.HasMatch(perl));
+  EXPECT_TRUE(re.HasMatch(s) && re.HasMatch("b", 0) && re.HasMatch(s.Segment(1, 1), 0));
+  EXPECT_EQ(s.M(re).Count() + s.M(pattern).Count() + s.M("b", nullptr).Count(), 3);
+  EXPECT_EQ(s.S(re, "x").Count() + s.S(pattern, pattern, "g").Count() + s.S("b", 'b').Count(), 3);
+  EXPECT_EQ(s.S("x", "b", "g")[0], "x");
+  EXPECT_EQ(s.S("", "").Count() + s.S(re, s.Segment(1, 1)).Count(), 2);
+  EXPECT_EQ(constant.Split(re), constant.Split("b"));
+  EXPECT_EQ(constant.Split('b', 0), constant.Split(pattern, 0));
+  EXPECT_EQ(constant.Split(perl, 1).Count() + constant.Split(nullptr, 2).Count(), 3);
+  EXPECT_EQ(constant.SplitExact("b").Count() + constant.SplitExact(pattern, 2).Count(), 5);
+  EXPECT_EQ(constant.BreakToWords(), SStringList(constant));
+  SStringList list = {"a", "b"}, rejected;
+  EXPECT_EQ(list.Grep(re), list.Grep("/b/"));
+  EXPECT_EQ(list.Grep(re, 0), list.Grep(SString("!/b/"), &rejected));
+  EXPECT_EQ(list.Grep("m/b/", nullptr), rejected);
+  EXPECT_EQ(perl.Set("a") + perl.Set(pattern, "i") + perl.MatchPos() + perl.MatchLen(), -1);
+  const regmatch_t match = re.MatchInfo(0);
+  EXPECT_EQ(match.rm_eo - match.rm_so, re.MatchLen());
+  SString out;
+  AppendPasteBuffer(&out, "$&", list);
+  EXPECT_EQ(out, "a");
+  EXPECT_EQ(PerlRegexConv("\\d"), RX_BDIGIT);
+  EXPECT_FALSE(none.OK() || never.OK() || !ignoring.OK());
+}
+
 TEST(Calls, UseSystemFunctions) {
   EXPECT_EQ(GetEnv("MAILHEARTH_NOT_SET"), GetEnv(SString("MAILHEARTH_NOT_SET")));
   EXPECT_EQ(MD5("").Length() + MD5(SString("x")).Length() + Hex("ab").Length(), 68);

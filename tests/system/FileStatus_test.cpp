@@ -17,6 +17,7 @@
 #include <limits>
 #include <optional>
 
+#include "support/OrdinaryUser.h"
 #include "support/TempDir.h"
 
 // The clock and the file system, as long as a test has them stand in.
@@ -185,21 +186,6 @@ TEST(FileStatus, LeaksNoDescriptor) {
   CheckAnswers(Text(dir.File("file", "1")), {1, 1, 1, 0, 1, 0, 1});
   CheckFailure(Text(dir / "missing"), ENOENT);
   EXPECT_EQ(OpenDescriptors(), before);
-}
-
-// Runs `work` in a process of an ordinary user; returns whether it answered true. The
-// user must be able to reach the directory for temporary files.
-bool AsOrdinaryUser(bool (*work)(const SString& path), const SString& path) {
-  const pid_t child = ::fork();
-  if (child == 0) {
-    constexpr uid_t kNobody = 65534;
-    const bool dropped = ::getuid() != 0 || (::setgroups(0, nullptr) == 0 &&
-                                             ::setgid(kNobody) == 0 && ::setuid(kNobody) == 0);
-    ::_exit(dropped && work(path) ? 0 : 1);
-  }
-  int status = -1;
-  ::waitpid(child, &status, 0);
-  return WIFEXITED(status) && WEXITSTATUS(status) == 0;
 }
 
 TEST(FileStatus, RightsAreThoseOfTheRealUser) {

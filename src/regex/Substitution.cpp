@@ -1,0 +1,129 @@
+// Substitution builds its result in one go from the string, which it leaves alone until
+// then: string and replacement may be the same. Groups are found for a match only if the
+// replacement names one, and for the last, which is what the caller gets.
+
+#include "Substitution.h"
+
+#include <array>
+#include <string_view>
+
+#include "../strings/Sizes.h"
+#include "Options.h"
+#include "PatternStore.h"
+#include "Replacement.h"
+#include "SRegex.h"
+#include "Searches.h"
+
+inline namespace mailhearth {
+
+namespace {
+
+// Appends what takes the place of a match.
+void AppendReplacement(SString& out, const Replacement& replacement, const Searches& searches,
+                       const regmatch_t& match) {
+  const std::string_view text = searches.Text();
+  if (replacement.HighestGroup() == 0) {
+    replacement.AppendTo(out, [&](int) { return Searches::Covered(text, match); });
+    return;
+  }
+  const auto groups = searches.Groups(match);
+  replacement.AppendTo(
+      out, [&](int k) { return Searches::Covered(text, groups[static_cast<std::size_t>(k)]); });
+}
+
+// Substitutes with a pattern given as text.
+SStringList Substitute(SString& s, std::string_view pattern, const SString& replacement,
+                       const char* options) {
+  const CompiledPattern compiled(pattern, options);
+  const SString subject(s);
+  Searches searches(compiled.Expression(), subject);
+  const Replacement parsed(replacement.View());
+  SString made = ReplaceMatches(parsed, HasOption(options, kGlobal), searches);
+  SStringList list = searches.List();
+  if (searches.Any()) s = std::move(made);
+  return list;
+}
+
+}  // namespace
+
+void AppendPasteBuffer(SString* out, const SString& replacement, const SStringList& groups) {
+  constexpr std::size_t kNameable = 10;
+  std::array<std::string_view, kNameable> texts{};
+  std::size_t n = 0;
+  for (const SString& group : groups) {
+    if (n < kNameable) texts[n++] = group.View();
+  }
+  SString buffer;  // `out` may be one of the arguments
+  Replacement(replacement.View()).AppendTo(buffer, [&](int k) {
+    return texts[static_cast<std::size_t>(k)];
+  });
+  *out += buffer;
+}
+
+SString ReplaceMatches(const Replacement& replacement, bool global, Searches& searches) {
+  const std::string_view text = searches.Text();
+  SString made;
+  std::size_t copied = 0;   // bytes of the text that are done with
+  bool passedOver = false;  // a byte, behind an empty match
+  int pos = 0;
+  for (regmatch_t match; searches.Find(pos, match);) {
+    made += text.substr(copied, static_cast<std::size_t>(match.rm_so) - copied);
+    AppendReplacement(made, replacement, searches, match);
+    pos = match.rm_eo;
+    copied = static_cast<std::size_t>(pos);
+    const bool empty = match.rm_so == match.rm_eo;
+    if (!global || (copied == text.size() && (empty || !passedOver))) break;
+    if (empty) {
+      ++pos;  // or it would be found again for ever
+      passedOver = true;
+    }
+  }
+  made += text.substr(copied);
+  return made;
+}
+
+SStringList SRegex::Subst(SString& s, const SString& replacement, const char* options) const {
+  if (!OK()) return {};
+  const SString subject(s);
+  Searches searches(*this, subject);
+  const Replacement parsed(replacement.View());
+  SString made = ReplaceMatches(parsed, HasOption(options, kGlobal), searches);
+  SStringList list = searches.List();
+  searches.Record();
+  if (searches.Any()) s = std::move(made);
+  return list;
+}
+
+SStringList SString::S(const SRegex& re, const SString& replacement, const char* options) {
+  return re.Subst(*this, replacement, options);
+}
+
+SStringList SString::S(const SString& pattern, const SString& replacement, const char* options) {
+  if (pattern.Length() == 0) return _Interleave(replacement, options);
+  return Substitute(*this, pattern.View(), replacement, options);
+}
+
+SStringList SString::S(const char* pattern, const SString& replacement, const char* options) {
+  const std::string_view text = _Text(pattern);
+  if (text.empty()) return _Interleave(replacement, options);
+  return Substitute(*this, text, replacement, options);
+}
+
+SStringList SString::_Interleave(const SString& replacement, const char* options) {
+  SStringList list("");
+  SString made(replacement);
+  // It must not go on as a handle on bytes that somebody else keeps.
+  if (made.Defined() && !made._Keepable()) made._MakeUnique();
+  if (HasOption(options, kGlobal)) {
+    const std::int64_t gaps = std::int64_t{Length()} + 1;
+    const int length = CheckedLength(Length() + gaps * replacement.Length());
+    if (length > 0) made._Realloc(length);
+    for (const char c : View()) (made += c) += replacement;
+  } else {
+    made += *this;
+  }
+  *this = std::move(made);
+  return list;
+}
+
+}  // namespace mailhearth
