@@ -44,7 +44,8 @@ class CompiledPattern {
 
 class PatternStore {
  public:
-  // Patterns kept, and bytes of the longest.
+  // Patterns kept, and bytes of the longest. Each keeps what its searches have built, which is
+  // a few kilobytes for most and at most a few megabytes.
   static constexpr std::size_t kPatterns = 32;
   static constexpr std::size_t kLongest = 1024;
 

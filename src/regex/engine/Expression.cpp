@@ -52,8 +52,7 @@ bool Expression::Find(std::string_view text, int start, regmatch_t& match) {
   return true;
 }
 
-void Expression::FindGroups(std::string_view text, const regmatch_t& match,
-                            std::span<regmatch_t> groups) {
+void Expression::FindGroups(std::string_view text, regmatch_t match, std::span<regmatch_t> groups) {
   Parts& parts = *parts_;
   if (!parts.groups) {
     parts.groups.emplace(parts.tree, parts.program, parts.matcher->Backward());

@@ -67,6 +67,7 @@ class Expression {
   bool Find(std::string_view text, int start, regmatch_t& match);
 
   // Finds the groups of a match. Needs: `match` is what Find() set, `text` what it searched.
+  // The match may be the first of the groups.
   // Sets groups[0] to the match and groups[k], where there is room, to group k, or to (-1, -1)
   // where that took no part; groups from the tenth on are not reported and stay (-1, -1).
   //
@@ -77,7 +78,7 @@ class Expression {
   // or where the whole repetition matches nothing and its operand can.
   //
   // Reads the match again, a few times for each level of groups.
-  void FindGroups(std::string_view text, const regmatch_t& match, std::span<regmatch_t> groups);
+  void FindGroups(std::string_view text, regmatch_t match, std::span<regmatch_t> groups);
 
  private:
   struct Parts;

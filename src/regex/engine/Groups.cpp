@@ -51,8 +51,7 @@ void GroupFinder::_LookBehind() {
   }
 }
 
-void GroupFinder::Find(std::string_view text, const regmatch_t& match,
-                       std::span<regmatch_t> groups) {
+void GroupFinder::Find(std::string_view text, regmatch_t match, std::span<regmatch_t> groups) {
   std::fill(groups.begin(), groups.end(), regmatch_t{-1, -1});
   if (groups.empty()) return;
   groups[0] = match;

@@ -32,7 +32,7 @@ class GroupFinder {
   GroupFinder(const Tree& tree, Program& program, Automaton& backward);
 
   // Expression::FindGroups().
-  void Find(std::string_view text, const regmatch_t& match, std::span<regmatch_t> groups);
+  void Find(std::string_view text, regmatch_t match, std::span<regmatch_t> groups);
 
  private:
   static constexpr std::size_t kNoEnd = std::string_view::npos;

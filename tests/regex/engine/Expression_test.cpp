@@ -398,6 +398,9 @@ TEST(Expression, AllocatesNothingInASearchMadeBefore) {
   expression->FindGroups(text, match, groups);
   EXPECT_EQ(allocations.Made(), 0);
   EXPECT_EQ(groups[2].rm_eo, 13);
+  groups[0] = match;
+  expression->FindGroups(text, groups[0], groups);
+  EXPECT_EQ(groups[0].rm_eo, match.rm_eo) << "the match may be the first of the groups";
 }
 
 }  // namespace
