@@ -15,7 +15,7 @@
 #include "strings/SLineBreaker.h"  // the lines of a text
 #include "strings/SString.h"       // strings
 #include "strings/SSubString.h"    // ranges of strings that can be assigned to
-#include "system/Dates.h"          // the time zone
+#include "system/Dates.h"          // the current time as text
 #include "system/Digests.h"        // MD5, hexadecimal text, mailbox buckets
 #include "system/Environment.h"    // settings, process id, error texts
 #include "system/FileStatus.h"     // what is at a path, and the room beside it

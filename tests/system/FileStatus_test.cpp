@@ -15,26 +15,20 @@
 #include <ctime>
 #include <filesystem>
 #include <limits>
-#include <optional>
 
 #include "support/OrdinaryUser.h"
 #include "support/TempDir.h"
+#include "system/Clock.h"
 
-// The clock and the file system, as long as a test has them stand in.
+// The file system, as long as a test has them stand in.
 namespace {
 
-std::optional<std::time_t> clockStandIn;
 const struct statvfs* statvfsStandIn = nullptr;
 const struct stat* statStandIn = nullptr;
 
 }  // namespace
 
 extern "C" {
-
-std::time_t __real_time(std::time_t* out);
-std::time_t __wrap_time(std::time_t* out) {
-  return clockStandIn ? *clockStandIn : __real_time(out);
-}
 
 int __real_stat(const char* path, struct stat* out);
 int __wrap_stat(const char* path, struct stat* out) {
