@@ -5,20 +5,24 @@
 #ifndef MAILHEARTH_MAILHEARTH_H
 #define MAILHEARTH_MAILHEARTH_H
 
-#include "lists/SStringItem.h"     // nodes of lists
-#include "lists/SStringList.h"     // lists of strings
-#include "regex/Grep.h"            // what Grep says of a test in error
-#include "regex/SPerlRegex.h"      // patterns in a Perl-like dialect
-#include "regex/SRegex.h"          // POSIX patterns
-#include "regex/Substitution.h"    // replacements
-#include "strings/SFixedString.h"  // strings on bytes that somebody else keeps
-#include "strings/SLineBreaker.h"  // the lines of a text
-#include "strings/SString.h"       // strings
-#include "strings/SSubString.h"    // ranges of strings that can be assigned to
-#include "system/Dates.h"          // the current time as text
-#include "system/Digests.h"        // MD5, hexadecimal text, mailbox buckets
-#include "system/Environment.h"    // settings, process id, error texts
-#include "system/FileStatus.h"     // what is at a path, and the room beside it
-#include "system/Random.h"         // random integers
+#include "lists/SStringItem.h"      // nodes of lists
+#include "lists/SStringList.h"      // lists of strings
+#include "regex/Grep.h"             // what Grep says of a test in error
+#include "regex/SPerlRegex.h"       // patterns in a Perl-like dialect
+#include "regex/SRegex.h"           // POSIX patterns
+#include "regex/Substitution.h"     // replacements
+#include "strings/SFixedString.h"   // strings on bytes that somebody else keeps
+#include "strings/SLineBreaker.h"   // the lines of a text
+#include "strings/SString.h"        // strings
+#include "strings/SSubString.h"     // ranges of strings that can be assigned to
+#include "system/Dates.h"           // the current time as text
+#include "system/Digests.h"         // MD5, hexadecimal text, mailbox buckets
+#include "system/Directories.h"     // listing and making directories
+#include "system/Environment.h"     // settings, process id, error texts
+#include "system/FileLocks.h"       // record locks
+#include "system/FileOperations.h"  // removing, copying, whole files read and written
+#include "system/FileStatus.h"      // what is at a path, and the room beside it
+#include "system/Paths.h"           // parts of paths
+#include "system/Random.h"          // random integers
 
 #endif  // MAILHEARTH_MAILHEARTH_H

@@ -1,4 +1,4 @@
-// The standard error stream for the library's own diagnostics.
+// The standard error and log streams for the library's own diagnostics.
 
 #ifndef MAILHEARTH_STRINGS_STANDARDERROR_H
 #define MAILHEARTH_STRINGS_STANDARDERROR_H
@@ -12,6 +12,9 @@ inline namespace mailhearth {
 // would construct all standard streams before main in every program that links
 // them, of which a small command would feel a few hundredths of its whole run.
 [[nodiscard]] std::ostream& StandardError();
+
+// Returns std::clog, constructed, in the same way.
+[[nodiscard]] std::ostream& StandardLog();
 
 // Returns an address as streams print it, but whatever their flags and locale are.
 [[nodiscard]] std::string AddressText(const void* address);

@@ -1,0 +1,110 @@
+#include "Directories.h"
+
+#include <dirent.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <memory>
+#include <string_view>
+
+#include "ErrnoKeeper.h"
+#include "FileStatus.h"
+
+inline namespace mailhearth {
+
+namespace {
+
+struct CloseDir {
+  void operator()(DIR* dir) const {
+    const ErrnoKeeper keep;
+    static_cast<void>(::closedir(dir));  // it was only read
+  }
+};
+
+using OpenDir = std::unique_ptr<DIR, CloseDir>;
+
+// Returns the next entry; null at the end, with errno 0, or after an error.
+const dirent* NextEntry(DIR* dir) {
+  const dirent* entry = nullptr;
+  do {
+    errno = 0;
+    entry = ::readdir(dir);
+  } while (entry == nullptr && errno == EINTR);
+  return entry;
+}
+
+bool IsDots(std::string_view name) { return name == "." || name == ".."; }
+
+// IsDirectory, where its errno would hide that of the call before.
+bool IsNowDirectory(const SString& path) {
+  const ErrnoKeeper keep;
+  return IsDirectory(path) != 0;
+}
+
+// IsDirectory, where the answer no is an error.
+bool NeedDirectory(const SString& path) {
+  const int before = errno;
+  errno = ENOTDIR;  // unless the system has another reason
+  if (!IsDirectory(path)) return false;
+  errno = before;
+  return true;
+}
+
+}  // namespace
+
+SStringList ReadDir(const SString& dir) {
+  if (dir.Length() == 0) {
+    errno = ENOENT;
+    return {};
+  }
+  const OpenDir open(::opendir(Terminated(dir).Data()));  // close-on-exec
+  if (open == nullptr) return {};
+  SString prefix = dir + '/';
+  static_cast<void>(prefix.S("//+", "/", "g"));
+  SStringList entries;
+  entries.Reset();
+  while (const dirent* const entry = NextEntry(open.get())) {
+    if (!IsDots(entry->d_name)) entries.Push(prefix + entry->d_name);
+  }
+  return entries;
+}
+
+int CreateDirectory(const SString& path, unsigned long mode) {
+  return ::mkdir(Terminated(path).Data(), static_cast<mode_t>(mode)) == 0;
+}
+
+int MakeDir(const SString& path, unsigned long mode) {
+  if (path.Length() == 0) {
+    errno = ENOENT;
+    return 0;
+  }
+  if (IsDirectory(path)) return 1;
+  SStringList pieces = path.SplitExact("/");
+  if (path[-1] == '/') pieces.Pop();
+  SString prefix;
+  if (path[0] == '/') {
+    pieces.Shift();
+  } else {
+    prefix = ".";
+  }
+  for (const SString& piece : pieces) {
+    prefix += '/';
+    prefix += piece;
+    if (FileExists(prefix) || CreateDirectory(prefix, mode)) continue;
+    if (!IsNowDirectory(prefix)) return 0;  // nor has another process made it meanwhile
+  }
+  return NeedDirectory(path);
+}
+
+int RemoveDir(const SString& path) {
+  const bool slash = path[-1] == '/';
+  const SString dir = slash ? path.Segment(0, path.Length() - 1) : path;
+  return NeedDirectory(dir) && ::rmdir(Terminated(dir).Data()) == 0;
+}
+
+int Chdir(const SString& path) {
+  return NeedDirectory(path) && ::chdir(Terminated(path).Data()) == 0;
+}
+
+}  // namespace mailhearth

@@ -1,0 +1,186 @@
+#include "FileOperations.h"
+
+#include <fcntl.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <cstdint>
+#include <cstdio>
+#include <cstring>
+#include <limits>
+#include <ostream>
+
+#include "../strings/StandardError.h"
+#include "Dates.h"
+#include "Descriptor.h"
+#include "Environment.h"
+#include "FileStatus.h"
+
+inline namespace mailhearth {
+
+namespace {
+
+constexpr off_t kLongest = std::numeric_limits<int>::max() - 1;  // of a string
+
+// Removes a file that was begun and is of no use; errno stays.
+int Discard(const SString& path) {
+  const ErrnoKeeper keep;
+  static_cast<void>(RemoveFile(path));  // best effort
+  return 0;
+}
+
+// Copies until a read gives nothing. Returns the number of bytes read, whatever became of
+// them.
+std::int64_t CopyBytes(const Descriptor& from, const Descriptor& to) {
+  std::array<char, 20480> block;
+  std::int64_t count = 0;
+  for (;;) {
+    const ssize_t got = ::read(from.Get(), block.data(), sizeof block);
+    if (got <= 0) return count;
+    count += got;
+    const ErrnoKeeper keep;
+    const ssize_t written = ::write(to.Get(), block.data(), static_cast<std::size_t>(got));
+    static_cast<void>(written);  // not looked at: known and kept
+  }
+}
+
+// Whether all pages of a mapping are in memory. Where the file has become shorter than the
+// mapping the answer is no, and touching the bytes would be the end of the process. A system
+// that cannot tell is believed.
+bool Populate(const Mapping& bytes, std::size_t size) {
+#ifdef MADV_POPULATE_READ
+  if (::madvise(bytes.Data(), size, MADV_POPULATE_READ) == 0) return true;
+  return errno == EINVAL;
+#else
+  return bytes.Data() != nullptr && size > 0;
+#endif
+}
+
+// Sets the length of a new file and has the disk reserve its blocks, so that no write to the
+// mapping can fail.
+bool Reserve(const Descriptor& file, off_t size) {
+  if (::ftruncate(file.Get(), size) != 0) return false;
+  if (size == 0) return true;
+  int error = 0;
+  do {
+    error = ::posix_fallocate(file.Get(), 0, size);
+  } while (error == EINTR);
+  if (error == 0 || error == EOPNOTSUPP || error == EINVAL) return true;
+  errno = error;
+  return false;
+}
+
+// Writes the bytes of a new file through to the disk.
+bool Fill(const Descriptor& file, const SString& data) {
+  if (!Reserve(file, data.Length())) return false;
+  if (data.Length() == 0) return true;
+  const auto size = static_cast<std::size_t>(data.Length());
+  Mapping bytes(file, size, PROT_READ | PROT_WRITE);
+  if (bytes.Data() == nullptr) return false;
+  std::memcpy(bytes.Data(), data.Data(), size);
+  return ::msync(bytes.Data(), size, MS_SYNC) == 0 && bytes.Unmap();
+}
+
+}  // namespace
+
+int RemoveFile(const SString& path) {
+  if (IsDirectory(path)) {
+    errno = EISDIR;
+    return 0;
+  }
+  return ::unlink(Terminated(path).Data()) == 0;
+}
+
+int RemoveFileLogged(const SString& path) {
+  if (RemoveFile(path)) return 1;
+  const ErrnoKeeper keep;
+  const SString reason = GetErrorString();  // before another call sets it
+  if (!IsRegular(path)) return 0;
+  StandardLog() << LogFileDate() << ':' << GetEnv("ModuleName") << ":ERROR:Couldn't remove file "
+                << path << ':' << reason << '\n'
+                << std::flush;
+  return 0;
+}
+
+int CloseFile(int fd) { return ::close(fd) == 0; }
+
+int Rename(const SString& from, const SString& to) {
+  return std::rename(Terminated(from).Data(), Terminated(to).Data()) == 0;
+}
+
+int LinkFile(const SString& from, const SString& to) {
+  if (IsDirectory(from)) {
+    errno = EPERM;
+    return 0;
+  }
+  return ::link(Terminated(from).Data(), Terminated(to).Data()) == 0;
+}
+
+int CopyFile(const SString& from, const SString& to, unsigned int /*mode*/) {
+  constexpr mode_t kPermissions = 01777;
+  struct stat status;
+  const SString source = Terminated(from), target = Terminated(to);
+  if (::stat(source.Data(), &status) != 0) return 0;
+  Descriptor in(::open(source.Data(), O_RDONLY | O_CLOEXEC));
+  if (!in.IsOpen()) return 0;
+  Descriptor out(::open(target.Data(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600));
+  if (!out.IsOpen()) return 0;
+  const int before = errno;
+  errno = EIO;  // unless a read fails with a reason of its own
+  const std::int64_t count = CopyBytes(in, out);
+  if (count == status.st_size) {
+    // Through the descriptor: the name may be somebody else's by now. Best effort.
+    static_cast<void>(::fchmod(out.Get(), status.st_mode & kPermissions));
+    const int owned = ::fchown(out.Get(), status.st_uid, status.st_gid);
+    static_cast<void>(owned);
+    errno = before;
+    return 1;
+  }
+  out.Close();
+  return Discard(target);
+}
+
+SString MapFileRead(const SString& path) {
+  // A pipe without a writer is not waited for, and a terminal does not become ours.
+  constexpr int kFlags = O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
+  if (path.Length() == 0) {
+    errno = ENOENT;
+    return {};
+  }
+  const Descriptor file(::open(Terminated(path).Data(), kFlags));
+  if (!file.IsOpen()) return {};
+  struct stat status;
+  if (::fstat(file.Get(), &status) != 0) return {};
+  if (!S_ISREG(status.st_mode)) {
+    errno = S_ISDIR(status.st_mode) ? EISDIR : EINVAL;
+    return {};
+  }
+  if (status.st_size > kLongest) {
+    errno = EFBIG;
+    return {};
+  }
+  if (status.st_size <= 0) return SString("");
+  const auto size = static_cast<std::size_t>(status.st_size);
+  const Mapping bytes(file, size, PROT_READ);
+  if (bytes.Data() == nullptr || !Populate(bytes, size)) return {};
+  return SString(static_cast<const char*>(bytes.Data()), static_cast<int>(size));
+}
+
+int MapFileWrite(const SString& path, const SString& data) {
+  constexpr mode_t kUserAndGroup = 0660;
+  if (path.Length() == 0) {
+    errno = ENOENT;
+    return 0;
+  }
+  Descriptor file(
+      ::open(Terminated(path).Data(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, kUserAndGroup));
+  if (!file.IsOpen()) return 0;
+  if (Fill(file, data)) return 1;
+  file.Close();
+  return Discard(path);
+}
+
+}  // namespace mailhearth

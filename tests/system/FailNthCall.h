@@ -1,0 +1,25 @@
+// Makes calls of the C library fail, in a program whose linker sends them to
+// FailNthCall.cpp.
+
+#ifndef MAILHEARTH_TESTS_SYSTEM_FAILNTHCALL_H
+#define MAILHEARTH_TESTS_SYSTEM_FAILNTHCALL_H
+
+#include <functional>
+#include <string>
+
+// As long as it lives, the `n`-th call (from 1 on) of `function`, or of any function where
+// that is "", fails with `error` and does nothing. One at a time.
+class FailNthCall {
+ public:
+  FailNthCall(std::string function, int n, int error);
+  ~FailNthCall();
+  FailNthCall(const FailNthCall&) = delete;
+  FailNthCall& operator=(const FailNthCall&) = delete;
+
+  [[nodiscard]] bool Fired() const;
+};
+
+// Done once after the next call of mmap that succeeds.
+extern std::function<void()> afterMapping;
+
+#endif  // MAILHEARTH_TESTS_SYSTEM_FAILNTHCALL_H

@@ -1,0 +1,65 @@
+#include "system/Paths.h"
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <filesystem>
+#include <string>
+
+#include "support/CheckText.h"
+#include "support/TempDir.h"
+
+namespace {
+
+struct Row {
+  const char* name;
+  const char* path;
+  const char* file;
+};
+
+constexpr Row kRows[] = {
+    {"a/b/c", "a/b", "c"}, {"c", ".", "c"},      {"a/b/", "a/b", ""}, {"/c", ".", "c"},
+    {"/a/b", "/a", "b"},   {"/etc", ".", "etc"}, {"dir/", "dir", ""}, {"", ".", ""},
+    {"/", ".", ""},        {"//c", "/", "c"},    {"a//c", "a/", "c"},
+};
+
+TEST(Paths, AreCutAtTheirLastSlash) {
+  for (const Row& row : kRows) {
+    SCOPED_TRACE(row.name);
+    CheckText(PathFromFilename(row.name), row.path);
+    CheckText(FileFromFilename(row.name), row.file);
+  }
+}
+
+TEST(Paths, OfAnUndefinedNameHaveADirectoryAndNoFile) {
+  CheckText(PathFromFilename(SString()), ".");
+  CheckUndefined(FileFromFilename(SString()));
+}
+
+TEST(Paths, KeepNuls) {
+  CheckText(FileFromFilename(SString("a/b\0c", 5)), std::string_view("b\0c", 3));
+}
+
+TEST(RealPath, HasNoLinksAndNoDots) {
+  const TempDir dir;
+  const std::string real = std::filesystem::canonical(dir.Path()).string();
+  dir.File("file", "");
+  ASSERT_EQ(::symlink("file", (dir / "link").c_str()), 0);
+  CheckText(RealPath(SString((dir / ".//./link").c_str())), real + "/file");
+  CheckText(RealPath("/"), "/");
+}
+
+TEST(RealPath, OfWhatIsNotThereIsThePathItself) {
+  const TempDir dir;
+  const std::string missing = dir / "missing/../x";
+  errno = 0;
+  CheckText(RealPath(SString(missing.c_str())), missing);
+  EXPECT_EQ(errno, ENOENT);
+  CheckUndefined(RealPath(SString()));
+  const SString endless('x', 100'000);
+  EXPECT_EQ(RealPath(endless), endless);
+  EXPECT_EQ(errno, ENAMETOOLONG);
+}
+
+}  // namespace
