@@ -15,6 +15,7 @@
 #include "strings/SLineBreaker.h"   // the lines of a text
 #include "strings/SString.h"        // strings
 #include "strings/SSubString.h"     // ranges of strings that can be assigned to
+#include "system/CutInfo.h"         // what an installation says of itself
 #include "system/Dates.h"           // the current time as text
 #include "system/Digests.h"         // MD5, hexadecimal text, mailbox buckets
 #include "system/Directories.h"     // listing and making directories
@@ -22,6 +23,7 @@
 #include "system/FileLocks.h"       // record locks
 #include "system/FileOperations.h"  // removing, copying, whole files read and written
 #include "system/FileStatus.h"      // what is at a path, and the room beside it
+#include "system/ListFormat.h"      // words filled into lines
 #include "system/Paths.h"           // parts of paths
 #include "system/Random.h"          // random integers
 
