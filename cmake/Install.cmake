@@ -7,6 +7,7 @@ install(DIRECTORY "${PROJECT_SOURCE_DIR}/src/"
   PATTERN "command" EXCLUDE
   PATTERN "engine" EXCLUDE
   PATTERN "Bytes.h" EXCLUDE
+  PATTERN "Descriptor.h" EXCLUDE
   PATTERN "ErrnoKeeper.h" EXCLUDE
   PATTERN "Options.h" EXCLUDE
   PATTERN "PatternStore.h" EXCLUDE
