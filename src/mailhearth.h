@@ -5,26 +5,31 @@
 #ifndef MAILHEARTH_MAILHEARTH_H
 #define MAILHEARTH_MAILHEARTH_H
 
-#include "lists/SStringItem.h"      // nodes of lists
-#include "lists/SStringList.h"      // lists of strings
-#include "regex/Grep.h"             // what Grep says of a test in error
-#include "regex/SPerlRegex.h"       // patterns in a Perl-like dialect
-#include "regex/SRegex.h"           // POSIX patterns
-#include "regex/Substitution.h"     // replacements
-#include "strings/SFixedString.h"   // strings on bytes that somebody else keeps
-#include "strings/SLineBreaker.h"   // the lines of a text
-#include "strings/SString.h"        // strings
-#include "strings/SSubString.h"     // ranges of strings that can be assigned to
-#include "system/CutInfo.h"         // what an installation says of itself
-#include "system/Dates.h"           // the current time as text
-#include "system/Digests.h"         // MD5, hexadecimal text, mailbox buckets
-#include "system/Directories.h"     // listing and making directories
-#include "system/Environment.h"     // settings, process id, error texts
-#include "system/FileLocks.h"       // record locks
-#include "system/FileOperations.h"  // removing, copying, whole files read and written
-#include "system/FileStatus.h"      // what is at a path, and the room beside it
-#include "system/ListFormat.h"      // words filled into lines
-#include "system/Paths.h"           // parts of paths
-#include "system/Random.h"          // random integers
+#include "lists/SStringItem.h"        // nodes of lists
+#include "lists/SStringList.h"        // lists of strings
+#include "regex/Grep.h"               // what Grep says of a test in error
+#include "regex/SPerlRegex.h"         // patterns in a Perl-like dialect
+#include "regex/SRegex.h"             // POSIX patterns
+#include "regex/Substitution.h"       // replacements
+#include "strings/SFixedString.h"     // strings on bytes that somebody else keeps
+#include "strings/SLineBreaker.h"     // the lines of a text
+#include "strings/SString.h"          // strings
+#include "strings/SSubString.h"       // ranges of strings that can be assigned to
+#include "system/CutInfo.h"           // what an installation says of itself
+#include "system/Dates.h"             // the current time as text
+#include "system/Digests.h"           // MD5, hexadecimal text, mailbox buckets
+#include "system/Directories.h"       // listing and making directories
+#include "system/Environment.h"       // settings, process id, error texts
+#include "system/FileLocks.h"         // record locks
+#include "system/FileOperations.h"    // removing, copying, whole files read and written
+#include "system/FileStatus.h"        // what is at a path, and the room beside it
+#include "system/ListFormat.h"        // words filled into lines
+#include "system/Paths.h"             // parts of paths
+#include "system/Random.h"            // random integers
+#include "tables/SIndexString.h"      // strings by an integer
+#include "tables/SNLists.h"           // what named containers have in common
+#include "tables/SNamedStringList.h"  // lists by name, and their text form
+#include "tables/SNamedValue.h"       // integers by name
+#include "tables/STable.h"            // entries by name, in the order they came
 
 #endif  // MAILHEARTH_MAILHEARTH_H
