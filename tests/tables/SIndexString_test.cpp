@@ -1,0 +1,127 @@
+#include "tables/SIndexString.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <climits>
+#include <memory>
+#include <random>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "support/CheckText.h"
+#include "support/STablePeek.h"
+
+namespace {
+
+// The indexes of the strings that are not empty.
+std::vector<int> Indexes(const SIndexString& strings) {
+  int* out = nullptr;
+  const int count = strings.Keys(&out);
+  const std::unique_ptr<int[]> owned(out);
+  EXPECT_NE(out, nullptr);
+  EXPECT_EQ(strings.Keys(nullptr), count);
+  return {out, out + count};
+}
+
+TEST(SIndexString, IsEmptyAtFirst) {
+  const SIndexString strings;
+  EXPECT_EQ(Indexes(strings), std::vector<int>());
+  CheckText(strings.Get(0), "");
+  EXPECT_EQ(SIndexStringPeek::Room(strings), 0);
+}
+
+TEST(SIndexString, FindsWhatWasStored) {
+  SIndexString strings;
+  for (const int index : {7, -3, INT_MAX, INT_MIN, 0}) strings[index] = SString(index);
+  for (const int index : {7, -3, INT_MAX, INT_MIN, 0}) {
+    EXPECT_EQ(strings.Get(index), SString(index));
+  }
+  EXPECT_EQ(Indexes(strings), (std::vector<int>{7, -3, INT_MAX, INT_MIN, 0}));
+  CheckText(strings.Get(1), "");
+  EXPECT_EQ(Indexes(strings).size(), 5u) << "Get adds nothing";
+}
+
+TEST(SIndexString, AnEmptyStringIsStoredButNotCounted) {
+  SIndexString strings;
+  CheckText(strings[1], "");
+  strings[2] = "b";
+  EXPECT_EQ(Indexes(strings), std::vector<int>{2});
+  strings[1] = "a";
+  strings[2] = "";
+  EXPECT_EQ(Indexes(strings), std::vector<int>{1});
+  strings[3] = SString('\0', 1);
+  strings[2] = "c";
+  EXPECT_EQ(Indexes(strings), (std::vector<int>{1, 2, 3}));
+}
+
+TEST(SIndexString, GrowsByFive) {
+  SIndexString strings;
+  for (int i = 1; i <= 32; ++i) {
+    strings[i];
+    EXPECT_EQ(SIndexStringPeek::Room(strings), (i + 4) / 5 * SIndexString::AllocIncrem);
+  }
+}
+
+TEST(SIndexString, DeletesAndKeepsOrderAndRoom) {
+  SIndexString strings;
+  for (int i = 0; i < 6; ++i) strings[i] = "x";
+  strings.Delete(2);
+  strings.Delete(0);
+  strings.Delete(5);
+  strings.Delete(9);
+  EXPECT_EQ(Indexes(strings), (std::vector<int>{1, 3, 4}));
+  EXPECT_EQ(SIndexStringPeek::Room(strings), 10);
+  CheckText(strings.Get(2), "");
+  strings[2];
+  CheckText(strings.Get(2), "");
+  strings[2] = "y";
+  EXPECT_EQ(Indexes(strings), (std::vector<int>{1, 3, 4, 2}));
+}
+
+TEST(SIndexString, IsCopiedAndMoved) {
+  SIndexString strings;
+  for (int i = 0; i < 7; ++i) strings[i] = "x";
+  SIndexString copy(strings);
+  copy[0] += "y";
+  copy[9] = "z";
+  CheckText(strings.Get(0), "x");
+  CheckText(strings.Get(9), "");
+  CheckText(copy.Get(0), "xy");
+  const SIndexString moved = std::move(copy);
+  CheckText(moved.Get(9), "z");
+  strings = moved;
+  CheckText(strings.Get(0), "xy");
+}
+
+TEST(SIndexString, RandomEditsAgreeWithAModel) {
+  std::mt19937 random(3);
+  const auto below = [&](int n) { return static_cast<int>(random() % static_cast<unsigned>(n)); };
+  SIndexString strings;
+  std::vector<std::pair<int, std::string>> model;
+  for (int step = 0; step < 20'000; ++step) {
+    const int index = below(20) - 5;
+    const auto found = std::ranges::find(model, index, &std::pair<int, std::string>::first);
+    if (below(3) == 0) {
+      strings.Delete(index);
+      if (found != model.end()) model.erase(found);
+    } else {
+      const std::string text = below(4) == 0 ? "" : std::to_string(step);
+      strings[index] = text.c_str();
+      if (found != model.end()) {
+        found->second = text;
+      } else {
+        model.emplace_back(index, text);
+      }
+    }
+    std::vector<int> indexes;
+    for (const auto& [key, text] : model) {
+      if (!text.empty()) indexes.push_back(key);
+      ASSERT_EQ(strings.Get(key).View(), text);
+    }
+    ASSERT_EQ(Indexes(strings), indexes);
+  }
+}
+
+}  // namespace
