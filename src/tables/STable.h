@@ -16,8 +16,9 @@
 // Look-ups, additions and removals take time for the length of the key and, on the average,
 // for two entries. Whoever chooses the keys can spoil the average: the hash is simple, and
 // of keys that all have the same one, each operation passes all added before it, comparing
-// their bytes. A thousand such keys cost what half a million do otherwise, a hundred
-// thousand take minutes: limit the number of keys that are accepted from outside.
+// their bytes. A thousand such keys cost as much as twenty thousand others, thirty thousand
+// take seconds, and four times as long for each doubling: limit the number of keys that are
+// accepted from outside.
 //
 // Neither copyable nor movable, and not for use between threads.
 

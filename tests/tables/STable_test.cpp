@@ -368,6 +368,23 @@ TEST(STable, RandomOperationsAgreeWithAModel) {
   }
 }
 
+TEST(STable, KeysWithOneHashAreToldApart) {
+  constexpr int kPairs = 10;
+  const auto key = [](int i) {
+    std::string made;
+    for (int pair = 0; pair < kPairs; ++pair) made += (i >> pair & 1) != 0 ? "a`" : "b?";
+    return made;
+  };
+  STable table(0, kNoCase);
+  for (int i = 0; i < 1 << kPairs; ++i) AddNumber(table, key(i), i);
+  EXPECT_EQ(STablePeek::Hash(key(0)), STablePeek::Hash(key(1)));
+  EXPECT_EQ(table.Count(), 1 << kPairs);
+  for (int i = 0; i < 1 << kPairs; ++i) ASSERT_EQ(NumberOf(table, key(i)), i);
+  for (int i = 0; i < 1 << kPairs; i += 2) ASSERT_EQ(table.Remove(Text(key(i))), 1);
+  EXPECT_EQ(table.Count(), 1 << (kPairs - 1));
+  EXPECT_STREQ(Flaw(table), "");
+}
+
 TEST(STable, ManyKeysTakeLinearTime) {
   EXPECT_TRUE(GrowsLinearly(30'000, [](int n) {
     STable table(0, kNoCase);
