@@ -49,16 +49,14 @@ int SRegex::Set(const SString& pattern, const char* options) {
 }
 
 void SRegex::Debug() const {
-  constexpr std::size_t kLongest = 99;
   std::ostream& out = StandardError();
   if (status_ == 0) {
     out.write("SRegex is OK\n", 13);
   } else if (status_ == kNeverCompiled) {
     out.write("SRegex was never compiled\n", 26);
   } else {
-    const std::string_view reason = engine::ErrorText(status_);
     SString text("SRegex didn't compile because of the following reason:\n");
-    text += reason.substr(0, kLongest);
+    text += engine::ErrorText(status_);
     (text += '\n').Write(out);
   }
 }

@@ -62,15 +62,16 @@ SStringList SplitAtByte(std::string_view text, int limit, char c) {
   });
 }
 
+constexpr bool IsBlank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
+
 // Splits at runs of white space.
 SStringList SplitAtBlanks(std::string_view text, int limit) {
-  constexpr std::string_view kBlanks = " \t\r\n";
   return Fields(text, limit, [&](int start, regmatch_t& match) {
-    const std::size_t found = text.find_first_of(kBlanks, static_cast<std::size_t>(start));
-    if (found == text.npos) return false;
-    match.rm_so = static_cast<regoff_t>(found);
-    match.rm_eo =
-        static_cast<regoff_t>(std::min(text.find_first_not_of(kBlanks, found), text.size()));
+    const auto* const found = std::find_if(text.begin() + start, text.end(), IsBlank);
+    if (found == text.end()) return false;
+    const auto* const end = std::find_if_not(found, text.end(), IsBlank);
+    match.rm_so = static_cast<regoff_t>(found - text.begin());
+    match.rm_eo = static_cast<regoff_t>(end - text.begin());
     return true;
   });
 }

@@ -20,6 +20,7 @@
 
 #include "support/CheckText.h"
 #include "support/EnvironmentKey.h"
+#include "support/ErrorText.h"
 #include "support/OrdinaryUser.h"
 #include "support/TempDir.h"
 #include "system/FailNthCall.h"
@@ -52,16 +53,6 @@ class NoDescriptorLeft {
  private:
   const int before_ = OpenDescriptors();
 };
-
-// Returns what `work` writes to the log stream.
-template <class Work>
-std::string LogText(Work work) {
-  std::ostringstream out;
-  std::streambuf* const before = std::clog.rdbuf(out.rdbuf());
-  work();
-  std::clog.rdbuf(before);
-  return out.str();
-}
 
 TEST(RemoveFile, RemovesFilesAndRefusesDirectories) {
   const TempDir dir;

@@ -88,7 +88,7 @@ class Expression {
   std::unique_ptr<Parts> parts_;  // never null
 };
 
-// Returns the text for a code that Compile() gave; never null.
+// Returns the text for a code that Compile() gave: never null, less than 100 bytes.
 [[nodiscard]] const char* ErrorText(int status);
 
 }  // namespace engine
