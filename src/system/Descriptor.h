@@ -39,13 +39,13 @@ class Descriptor {
   int fd_;
 };
 
-// The bytes of a file in memory, from its beginning; null data for none.
+// The bytes of a file in memory, from its beginning, to be written; null data for none.
 class Mapping {
  public:
   // Maps `size` bytes, shared with the file.
-  // Needs: `size` is above 0.
-  Mapping(const Descriptor& file, std::size_t size, int protection) : size_(size) {
-    void* const data = ::mmap(nullptr, size, protection, MAP_SHARED, file.Get(), 0);
+  // Needs: `size` is above 0; the file is open for reading and writing.
+  Mapping(const Descriptor& file, std::size_t size) : size_(size) {
+    void* const data = ::mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_SHARED, file.Get(), 0);
     if (data != MAP_FAILED) data_ = data;
   }
   ~Mapping() {

@@ -47,16 +47,26 @@ std::int64_t CopyBytes(const Descriptor& from, const Descriptor& to) {
   }
 }
 
-// Whether all pages of a mapping are in memory. Where the file has become shorter than the
-// mapping the answer is no, and touching the bytes would be the end of the process. A system
-// that cannot tell is believed.
-bool Populate(const Mapping& bytes, std::size_t size) {
-#ifdef MADV_POPULATE_READ
-  if (::madvise(bytes.Data(), size, MADV_POPULATE_READ) == 0) return true;
-  return errno == EINVAL;
-#else
-  return bytes.Data() != nullptr && size > 0;
-#endif
+// Reads the first `size` bytes of a file. Undefined, with EIO, when it has fewer by now.
+//
+// Reads them in place instead of copying them from a mapping: a file that becomes shorter
+// would be the end of a process that touches the pages it has lost.
+SString FirstBytes(const Descriptor& file, int size) {
+  SStringRep* const rep = SStringRep::New(size);
+  rep->links = 0;  // the string counts itself
+  SString result(rep);
+  while (rep->length < size) {
+    const ssize_t got =
+        ::read(file.Get(), rep->buffer + rep->length, static_cast<std::size_t>(size - rep->length));
+    if (got > 0) {
+      rep->length += static_cast<int>(got);
+    } else if (got == 0 || errno != EINTR) {
+      if (got == 0) errno = EIO;
+      return {};
+    }
+  }
+  rep->buffer[size] = '\0';
+  return result;
 }
 
 // Sets the length of a new file and has the disk reserve its blocks, so that no write to the
@@ -78,7 +88,7 @@ bool Fill(const Descriptor& file, const SString& data) {
   if (!Reserve(file, data.Length())) return false;
   if (data.Length() == 0) return true;
   const auto size = static_cast<std::size_t>(data.Length());
-  Mapping bytes(file, size, PROT_READ | PROT_WRITE);
+  Mapping bytes(file, size);
   if (bytes.Data() == nullptr) return false;
   std::memcpy(bytes.Data(), data.Data(), size);
   return ::msync(bytes.Data(), size, MS_SYNC) == 0 && bytes.Unmap();
@@ -163,10 +173,7 @@ SString MapFileRead(const SString& path) {
     return {};
   }
   if (status.st_size <= 0) return SString("");
-  const auto size = static_cast<std::size_t>(status.st_size);
-  const Mapping bytes(file, size, PROT_READ);
-  if (bytes.Data() == nullptr || !Populate(bytes, size)) return {};
-  return SString(static_cast<const char*>(bytes.Data()), static_cast<int>(size));
+  return FirstBytes(file, static_cast<int>(status.st_size));
 }
 
 int MapFileWrite(const SString& path, const SString& data) {

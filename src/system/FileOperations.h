@@ -52,7 +52,7 @@ MAILHEARTH_EXPORT int CopyFile(const SString& from, const SString& to, unsigned 
 
 // Returns the contents of a regular file, all of them or, on failure, an undefined string: of
 // a directory with EISDIR, of anything else that is no file with EINVAL, of a file too long
-// for a string with EFBIG, of one that becomes shorter while it is read with EFAULT. Does not
+// for a string with EFBIG, of one that becomes shorter while it is read with EIO. Does not
 // wait for the writer of a pipe.
 [[nodiscard]] MAILHEARTH_EXPORT SString MapFileRead(const SString& path);
 

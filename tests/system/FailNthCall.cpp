@@ -11,7 +11,7 @@
 #include <cstdio>
 #include <utility>
 
-std::function<void()> afterMapping;
+std::function<void()> afterFstat;
 
 namespace {
 
@@ -49,7 +49,6 @@ bool FailNthCall::Fired() const { return fault.left < 0; }
 extern "C" {
 
 STAND_IN(stat, (const char* path, struct stat* out), path, out)
-STAND_IN(fstat, (int fd, struct stat* out), fd, out)
 STAND_IN(mkdir, (const char* path, mode_t mode), path, mode)
 STAND_IN(rmdir, (const char* path), path)
 STAND_IN(chdir, (const char* path), path)
@@ -60,7 +59,14 @@ STAND_IN(fchmod, (int fd, mode_t mode), fd, mode)
 STAND_IN(fchown, (int fd, uid_t user, gid_t group), fd, user, group)
 STAND_IN(ftruncate, (int fd, off_t size), fd, size)
 STAND_IN(msync, (void* data, std::size_t size, int flags), data, size, flags)
-STAND_IN(madvise, (void* data, std::size_t size, int advice), data, size, advice)
+
+int __real_fstat(int fd, struct stat* out);
+int __wrap_fstat(int fd, struct stat* out) {
+  if (Fails("fstat")) return -1;
+  const int result = __real_fstat(fd, out);
+  if (result == 0 && afterFstat) std::exchange(afterFstat, nullptr)();
+  return result;
+}
 
 // These fail, but do their work: what they release is gone.
 int __real_close(int fd);
@@ -121,9 +127,7 @@ ssize_t __wrap_write(int fd, const void* data, std::size_t size) {
 void* __real_mmap(void* at, std::size_t size, int protection, int flags, int fd, off_t start);
 void* __wrap_mmap(void* at, std::size_t size, int protection, int flags, int fd, off_t start) {
   if (Fails("mmap")) return MAP_FAILED;
-  void* const data = __real_mmap(at, size, protection, flags, fd, start);
-  if (data != MAP_FAILED && afterMapping) std::exchange(afterMapping, nullptr)();
-  return data;
+  return __real_mmap(at, size, protection, flags, fd, start);
 }
 
 DIR* __real_opendir(const char* path);

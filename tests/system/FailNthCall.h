@@ -19,7 +19,7 @@ class FailNthCall {
   [[nodiscard]] bool Fired() const;
 };
 
-// Done once after the next call of mmap that succeeds.
-extern std::function<void()> afterMapping;
+// Done once after the next call of fstat that succeeds.
+extern std::function<void()> afterFstat;
 
 #endif  // MAILHEARTH_TESTS_SYSTEM_FAILNTHCALL_H
