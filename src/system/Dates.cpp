@@ -64,13 +64,20 @@ SString Formatted(const char* format, const std::tm& time) {
 
 constexpr const char* kDigits = "%Y%m%d%H%M%S";
 
+// As RFC 822 has them: "%a" and "%b" would be those of the program's locale.
+constexpr const char* kWeekdays[] = {"Sun", "Mon", "Tue", "Wed", "Thu", "Fri", "Sat"};
+constexpr const char* kMonths[] = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
+                                   "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
+
 }  // namespace
 
 SString RFC822Date() {
   constexpr int kDay = 5;  // behind the weekday's three letters, a comma and a blank
   const std::optional<Moment> now = Now();
   if (!now) return {};
-  SString date = Formatted("%a, %d %b %Y %H:%M:%S ", now->local);
+  const SString format = SString(kWeekdays[now->local.tm_wday]) + ", %d " +
+                         kMonths[now->local.tm_mon] + " %Y %H:%M:%S ";
+  SString date = Formatted(format.Data(), now->local);
   if (!date.Defined()) return {};
   if (date[kDay] == '0') date.Segment(kDay, 1) = "";
   return date + NumericZone(*now);

@@ -2,8 +2,8 @@
 //
 // Each call reads the clock once, so the parts of one text belong to one second; two calls
 // may fall into two. Zones are numeric: a sign and four digits, hours and minutes east of
-// UTC. Local times follow TZ, else the system's zone. The names of days and months are those
-// of the program's locale: English, as mail needs them, unless it calls setlocale.
+// UTC. Local times follow TZ, else the system's zone. The names of days and months are the
+// English ones of RFC 822 in every locale.
 //
 // A text that cannot be made is an undefined string; no call here fails on a clock that is
 // anywhere near right.

@@ -89,6 +89,19 @@ TEST(RFC822Date, OfTheBeginning) {
   CheckText(RFC822Date(), "Thu, 1 Jan 1970 00:00:00 +0000");
 }
 
+TEST(RFC822Date, NamesTheDaysAndTheMonths) {
+  const std::string days = "SunMonTueWedThuFriSat", months = "JanFebMarAprMayJunJulAugSepOctNovDec";
+  const At at("UTC0", 0);
+  for (int day = 0; day < 365; ++day) {  // from 1 January 1970 on, a Thursday
+    clockStandIn = day * kDay;
+    const std::tm* const time = std::gmtime(&*clockStandIn);
+    const std::string weekday = days.substr(static_cast<std::size_t>((day + 4) % 7 * 3), 3);
+    const std::string month = months.substr(static_cast<std::size_t>(time->tm_mon * 3), 3);
+    CheckText(RFC822Date(), weekday + ", " + std::to_string(time->tm_mday) + ' ' + month +
+                                " 1970 00:00:00 +0000");
+  }
+}
+
 TEST(MessageIdDate, IsTheSameInEveryZone) {
   for (const char* const zone : {"UTC0", "EST5", "ABC-14", "IST-5:30"}) {
     const At at(zone, kFifth);
