@@ -6,16 +6,13 @@
 #include <cfloat>
 #include <cmath>
 #include <cstdint>
-#include <cstdio>
 #include <random>
+
+#include "support/CFormat.h"
 
 namespace {
 
-std::string Expected(double number) {
-  char text[64];
-  std::snprintf(text, sizeof text, "%g\n", number);
-  return text;
-}
+std::string Expected(double number) { return CFormat("%g\n", number); }
 
 TEST(NumberLine, IsTheShortestFormOfSixDigits) {
   EXPECT_EQ(NumberLine(-999997), "-999997\n");

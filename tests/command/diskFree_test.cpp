@@ -19,6 +19,7 @@
 #include <span>
 #include <sstream>
 
+#include "support/CFormat.h"
 #include "support/Process.h"
 #include "support/TempDir.h"
 
@@ -154,10 +155,8 @@ TEST(DiskFree, PrintsWhatTheCFormatGives) {
         (static_cast<double>(static_cast<int>(static_cast<unsigned>(size) << 1)) -
          static_cast<double>(free)) /
         1000.0;
-    char line[64];
-    std::snprintf(line, sizeof line, "%g\n", shortfall);
-    CheckOutcome(OnAnswers(std::to_string(size), "1*" + std::to_string(free)), line,
-                 shortfall > 0 ? 1 : 0);
+    CheckOutcome(OnAnswers(std::to_string(size), "1*" + std::to_string(free)),
+                 CFormat("%g\n", shortfall), shortfall > 0 ? 1 : 0);
   }
 }
 
@@ -254,9 +253,7 @@ std::string ExpectedLine(const std::string& path) {
   EXPECT_EQ(::statvfs(path.c_str(), &system), 0);
   const double size = known ? static_cast<double>(status.st_size) : -1.0;
   const double free = static_cast<double>(system.f_frsize) * static_cast<double>(system.f_bavail);
-  char line[64];
-  std::snprintf(line, sizeof line, "%g\n", (2 * size - free) / 1000.0);
-  return line;
+  return CFormat("%g\n", (2 * size - free) / 1000.0);
 }
 
 // A memory file system of the test's own, seen by this process and its children only.

@@ -16,6 +16,7 @@
 #include <type_traits>
 
 #include "strings/Sizes.h"
+#include "support/CFormat.h"
 #include "support/CheckText.h"
 #include "support/SStringPeek.h"
 
@@ -457,9 +458,7 @@ TEST(SString, EveryDoublePrintsAsTheCFormatDoes) {
     bits = bits * 6364136223846793005u + 1442695040888963407u;
     const double value = std::bit_cast<double>(bits);
     if (std::isnan(value)) continue;  // its sign and payload are the platform's
-    char expected[64];
-    std::snprintf(expected, sizeof expected, "%.16g", value);
-    ASSERT_EQ(SString(value).View(), expected);
+    ASSERT_EQ(SString(value).View(), CFormat("%.16g", value));
   }
 }
 

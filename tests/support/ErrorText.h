@@ -4,6 +4,7 @@
 #define MAILHEARTH_TESTS_SUPPORT_ERRORTEXT_H
 
 #include <iostream>
+#include <locale>
 #include <sstream>
 #include <string>
 
@@ -29,6 +30,7 @@ std::string LogText(Write write) {
 
 inline std::string Address(const void* address) {
   std::ostringstream out;
+  out.imbue(std::locale::classic());
   out << address;
   return out.str();
 }

@@ -1,10 +1,10 @@
 #include "support/SStringModel.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <cstring>
 #include <utility>
 
+#include "support/CFormat.h"
 #include "support/SStringPeek.h"
 
 inline namespace mailhearth {
@@ -27,12 +27,6 @@ bool Less(const std::string& a, const std::string& b) {
     if (x != y) return x < y;
   }
   return a.size() < b.size();
-}
-
-std::string Formatted(const char* format, auto value) {
-  char text[64];
-  std::snprintf(text, sizeof text, format, value);
-  return text;
 }
 
 }  // namespace
@@ -103,12 +97,12 @@ std::string SStringModel::Rebuild(Pair& pair) {
     }
     case 4: {
       const int value = choose_(1 << 30) - (1 << 29);
-      pair = {SString(value), NewRep(Formatted("%d", value))};
+      pair = {SString(value), NewRep(CFormat("%d", value))};
       return "from int";
     }
     case 5: {
       const double value = (choose_(1 << 30) - (1 << 29)) / 1e5;
-      pair = {SString(value), NewRep(Formatted("%.16g", value))};
+      pair = {SString(value), NewRep(CFormat("%.16g", value))};
       return "from double";
     }
     case 6: {
@@ -123,7 +117,7 @@ std::string SStringModel::Rebuild(Pair& pair) {
     default: {
       const double value = choose_(1 << 20) / 64.0;
       pair.real = value;
-      pair.model = NewRep(Formatted("%.16g", value));
+      pair.model = NewRep(CFormat("%.16g", value));
       return "assign double";
     }
   }

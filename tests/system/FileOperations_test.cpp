@@ -101,7 +101,7 @@ TEST(RemoveFileLogged, WritesOneLineForAFileThatStays) {
     EXPECT_EQ(errno, EPERM);
   });
   const std::string rest =
-      ":mailer:ERROR:Couldn't remove file " + file + ":Operation not permitted\n";
+      ":mailer:ERROR:Couldn't remove file " + file + ':' + std::strerror(EPERM) + '\n';
   EXPECT_TRUE(Text(log).HasMatch("^\\d{14}[-+]\\d{4}:")) << log;
   EXPECT_EQ(log.substr(std::min<std::size_t>(19, log.size())), rest);
 }
