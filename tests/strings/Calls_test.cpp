@@ -1,4 +1,4 @@
-// Every call that strings and lists promise, written as users write them: this compiles,
+// Every call that the library promises, written as users write them: this compiles,
 // so no overload makes another ambiguous, and each call means what it should.
 
 #include <gtest/gtest.h>
@@ -233,11 +233,94 @@ TEST(Calls, UsePatterns) {
   EXPECT_FALSE(none.OK() || never.OK() || !ignoring.OK());
 }
 
+TEST(Calls, UseTables) {
+  STable table(0, 1);
+  const STable& constantTable = table;
+  const SString name("name");
+  table.Add("a", new STableItem);
+  table.Add(name, new STableItem);
+  EXPECT_TRUE(table.Lookup("a") != nullptr && table.Lookup(name) == table.Lookup(name.View()));
+  EXPECT_TRUE(constantTable.Lookup(std::string("b")) == nullptr && !table.Lookup('b'));
+  int walked = 0;
+  for (const STableItem& item : constantTable) walked += item.key.Length();
+  EXPECT_EQ(table.Keys().Count() + table.Count() + table.Size() + walked, 16);
+  EXPECT_EQ(table.Remove("a") + table.Remove(name) + table.Remove(SString()), 2);
+  table.Reset();
+}
+
+TEST(Calls, UseNamedListsAndValues) {
+  SNamedStringList list(1, 0);
+  const SString name("To:"), text("From: c\n");
+  list["To:"].Push("a");
+  list[name] = SStringList("b");
+  list[std::string_view("Cc:")] = "c";
+  list[std::string("Cc:")][0] = "d";
+  const SNamedStringList copy(list);
+  EXPECT_EQ(copy.Get("To:").Join() + copy.Get(name).Join() + copy.Get('x').Join(), "bb");
+  EXPECT_TRUE(copy.Find("Cc:") != nullptr && copy.Find(name) && !copy.Find(std::string("Bcc:")));
+  list += copy;
+  SString out("; ");
+  (out << list) << copy;
+  EXPECT_EQ(out, "; To: b\nCc: d\nTo: b\nCc: d\n");
+  EXPECT_EQ(&(text >> list), &text);
+  EXPECT_EQ(list.Keys().Join(), "From:");
+  list = copy;
+  list.Delete("To:");
+  list.Delete(name);
+  SNLists& base = list;
+  base.Reset();
+  EXPECT_FALSE(base.Keys().Defined());
+  EXPECT_EQ(list.CaseSensitive() + list.Crlf(), 1u);
+
+  SNamedValue values(0);
+  values["a"] = 5;
+  values[name]++;
+  values[name.View()] += 2;
+  const SNamedValue kept = values;
+  EXPECT_EQ(kept.Get("A") + kept.Get(name) + kept.Get(std::string("none")), 7);
+  EXPECT_EQ((values = kept).Keys().Count(), 2);
+
+  SIndexString indexed;
+  indexed[3] = "x";
+  const SIndexString same = indexed;
+  indexed.Delete(3);
+  int* keys = nullptr;
+  EXPECT_EQ(same.Keys(&keys) + same.Keys() + indexed.Keys(), 2);
+  EXPECT_EQ(same.Get(keys[0]) + same.Get(-1), "x");
+  delete[] keys;
+}
+
+TEST(Calls, UseFiles) {
+  const SString missing("/no/such/file");
+  EXPECT_EQ(RealPath(missing) + RealPath("/"), "/no/such/file/");
+  EXPECT_EQ(PathFromFilename(missing) + FileFromFilename("/a/b"), "/no/suchb");
+  EXPECT_FALSE(ReadDir(missing).Defined() || ReadDir("").Defined());
+  EXPECT_FALSE(RemoveDir(missing) || Chdir("/no/such/file") || CreateDirectory("/", 0777));
+  EXPECT_TRUE(MakeDir("/", 0777) && !MakeDir("", 0755));
+  EXPECT_FALSE(RemoveFile("/no/such/file") || RemoveFileLogged(missing) || CloseFile(-1));
+  EXPECT_FALSE(Rename(missing, "/no") || LinkFile("/no/such/file", missing));
+  EXPECT_FALSE(CopyFile(missing, "/no/copy") || CopyFile("/no/such/file", missing, 0644));
+  EXPECT_FALSE(MapFileRead(missing).Defined() || MapFileWrite("/no/such/file", "text"));
+  EXPECT_EQ(LockFile(-1) + LockFile(-1, 2, 0, 0) + LockFile_fcntl(-1, 0, 0, 0), -3);
+  EXPECT_EQ(LockFile(missing) + LockFile("/no/such/file", 1, 2, 3), -2);
+  EXPECT_FALSE(UnlockFile(-1) || UnlockFile_fcntl(-1, 0, 0) || db_lock_fd(-1, 1));
+}
+
+TEST(Calls, FillLines) {
+  const SString lineEnd("\n");
+  EXPECT_EQ(FormatList({"a", "b"}, 72, 0, "|"), "a b|");
+  EXPECT_EQ(FormatList(SStringList("a"), 72, 2, lineEnd), "  a\n");
+  EXPECT_EQ(Format("a b", 1, 0, '|') + Format(lineEnd + "c", 72, 0, lineEnd), "a|b|c\n");
+}
+
 TEST(Calls, UseSystemFunctions) {
   EXPECT_EQ(GetEnv("MAILHEARTH_NOT_SET"), GetEnv(SString("MAILHEARTH_NOT_SET")));
   EXPECT_EQ(MD5("").Length() + MD5(SString("x")).Length() + Hex("ab").Length(), 68);
   EXPECT_GE(MailboxHash("joe"), 0);
   EXPECT_EQ(FileExists("/") + FileExists(SString("/")), 2);
+  EXPECT_LT(RFC822Date().Length() + MessageIdDate().Length() + LogFileDate().Length(), 100);
+  EXPECT_GT(DaysSince1970(), 20'000);
+  static_cast<void>(GetCutInfo("Key") + GetCutInfo(SString("Key")));
 }
 
 }  // namespace
