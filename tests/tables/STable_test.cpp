@@ -2,15 +2,19 @@
 
 #include <gtest/gtest.h>
 
+#include <iterator>
 #include <map>
+#include <memory>
 #include <new>
 #include <random>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "strings/SFixedString.h"
 #include "support/CheckText.h"
 #include "support/CountedNew.h"
+#include "support/FailEachAllocation.h"
 #include "support/Growth.h"
 #include "support/SStringListPeek.h"
 #include "support/STablePeek.h"
@@ -137,6 +141,14 @@ TEST(STable, AGrowingTableReversesTheChains) {
   EXPECT_EQ(Texts(table.Keys()), (Names{"a", "b", "h", "o"}));
 }
 
+TEST(STable, AGrowingTableTakesTheBucketsFromTheFirstOn) {
+  STable table(2, kCase);
+  // 97 and 111 are 1 modulo 2, 104 and 118 are 0; all are 6 modulo 7.
+  for (const char* const key : {"a", "h", "o", "v"}) AddNumber(table, key, 0);
+  STablePeek::Enlarge(table);
+  EXPECT_EQ(Chain(table, 6), (Names{"o", "a", "v", "h"}));
+}
+
 // --- Keys ---------------------------------------------------------------------------------
 
 TEST(STable, KeysOfAnEmptyTableAreUndefined) {
@@ -199,6 +211,31 @@ TEST(STable, KeysMayBeEmptyUndefinedOrHaveNul) {
   EXPECT_EQ(NumberOf(table, nul), 3);
   EXPECT_EQ(NumberOf(table, nul + nul), 4);
   EXPECT_EQ(NumberOf(table, nul + nul + nul), -1);
+}
+
+TEST(STable, AKeyIsKeptAsItWasAdded) {
+  STable table(0, kCase);
+  const SString key("key");
+  table.Add(key, new Numbered(1));
+  EXPECT_TRUE(SStringPeek::Shares(table.begin()->key, key));
+  table.Add(SString(), new Numbered(2));
+  table.Add(SString("x"), new Numbered(3));
+  table.Add(SString(""), new Numbered(4));  // takes the place of the undefined one
+  CheckText(table.Keys().Get(1), "");
+  table.Add(SString(), new Numbered(5));
+  CheckUndefined(table.Keys().Get(1));
+}
+
+TEST(STable, TheHashKeptIsComparedBeforeTheText) {
+  SFixedString bytes("a", 1);
+  STable table(1, kCase);
+  table.Add(SString(bytes), new Numbered(1));
+  bytes.SetBuffer("b", 1);  // now the text is not that of the hash
+  EXPECT_EQ(table.Lookup("a"), nullptr);
+  EXPECT_EQ(table.Lookup("b"), nullptr);
+  bytes.SetBuffer("a", 1);
+  EXPECT_NE(table.Lookup("a"), nullptr);
+  table.Reset();
 }
 
 TEST(STable, IsLookedUpByAnyText) {
@@ -266,6 +303,34 @@ TEST(STable, AKeyMayBelongToTheEntryThatGoes) {
   EXPECT_EQ(table.Count(), 0);
 }
 
+TEST(STable, AKeyMayBelongToTheEntryThatComes) {
+  STable table(0, kNoCase);
+  AddNumber(table, "A", 1);
+  auto item = std::make_unique<Numbered>(2);
+  item->key = "a";
+  Numbered* const added = item.release();
+  table.Add(added->key, added);
+  EXPECT_EQ(NumberOf(table, "A"), 2);
+  EXPECT_EQ(Texts(table.Keys()), Names{"a"});
+}
+
+static_assert(std::forward_iterator<STable::Iterator>);
+
+TEST(STable, IsWalkedInTheOrderOfKeysWhateverIsAdded) {
+  STable table(0, kNoCase);
+  for (const char* const key : {"c", "a", "b"}) AddNumber(table, key, 1);
+  STable::Iterator at = table.begin();
+  EXPECT_EQ((at++)->key, "c");
+  AddNumber(table, "C", 2);
+  FillUpTo(table, 100);
+  EXPECT_EQ(at->key, "a");
+  EXPECT_EQ((++at)->key, "b");
+  EXPECT_EQ(std::distance(table.begin(), table.end()), 100);
+  EXPECT_EQ(table.begin()->key, "C");
+  STable empty(0, kNoCase);
+  EXPECT_EQ(empty.begin(), empty.end());
+}
+
 TEST(STable, ResetKeepsTheBuckets) {
   STable table(0, kCase);
   FillUpTo(table, 100);
@@ -277,20 +342,61 @@ TEST(STable, ResetKeepsTheBuckets) {
   EXPECT_STREQ(Flaw(table), "");
 }
 
+// --- Without memory -----------------------------------------------------------------------
+
 TEST(STable, AnAdditionWithoutMemoryChangesNothingAndDestroysTheEntry) {
-  Names gone;
-  STable table(0, kCase);
-  FillUpTo(table, 15);
+  struct State {
+    Names gone;
+    STable table{0, kCase};
+    Numbered* item = nullptr;
+  };
   const SString key("new");
-  auto* const item = new Numbered(1, &gone);
-  {
-    const FailNthAllocation fault(0);
-    EXPECT_THROW(table.Add(key, item), std::bad_alloc);
-  }
-  EXPECT_EQ(gone.size(), 1u);
-  EXPECT_EQ(table.Count(), 15);
-  EXPECT_EQ(table.Size(), 7);
-  EXPECT_STREQ(Flaw(table), "");
+  FailEachAllocation(
+      [] {
+        auto state = std::make_unique<State>();
+        FillUpTo(state->table, 15);
+        state->item = new Numbered(1, &state->gone);
+        return state;
+      },
+      [&](const auto& state) { state->table.Add(key, state->item); },
+      [](const auto& state) {
+        EXPECT_EQ(state->gone.size(), 1u);
+        EXPECT_EQ(state->table.Count(), 15);
+        EXPECT_EQ(state->table.Size(), 7);
+        EXPECT_EQ(NumberOf(state->table, "14"), 14);
+        EXPECT_STREQ(Flaw(state->table), "");
+      });
+}
+
+TEST(STable, AnAdditionNeedsMemoryOnlyToGrow) {
+  STable table(0, kCase);
+  const SString key("a"), other("b");
+  auto* const first = new Numbered(1);
+  auto* const second = new Numbered(2);
+  auto* const third = new Numbered(3);
+  const AllocationCount allocations;
+  table.Add(key, first);
+  table.Add(key, second);
+  table.Add(other, third);
+  EXPECT_EQ(table.Remove(key), 1);
+  table.Reset();
+  EXPECT_EQ(allocations.Made(), 0);
+}
+
+TEST(STable, IsNotMadeWithoutMemory) {
+  FailEachAllocation([] { return 0; }, [](int) { STable(0, kCase); }, [](int) {});
+}
+
+TEST(STable, KeysWithoutMemoryLeaveTheTableAsItIs) {
+  STable table(0, kCase);
+  FillUpTo(table, 3);
+  FailEachAllocation([] { return SStringList{"before"}; },
+                     [&](SStringList& keys) { keys = table.Keys(); },
+                     [&](const SStringList& keys) {
+                       EXPECT_EQ(Texts(keys), Names{"before"});
+                       EXPECT_STREQ(Flaw(table), "");
+                       EXPECT_EQ(Texts(table.Keys()), (Names{"0", "1", "2"}));
+                     });
 }
 
 // --- All of it ----------------------------------------------------------------------------
