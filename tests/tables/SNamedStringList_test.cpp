@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <map>
+#include <memory>
 #include <random>
 #include <string>
 #include <string_view>
@@ -12,8 +13,10 @@
 
 #include "support/CheckText.h"
 #include "support/CountedNew.h"
+#include "support/FailEachAllocation.h"
 #include "support/Growth.h"
 #include "support/SStringListPeek.h"
+#include "support/STablePeek.h"
 #include "tables/SNLists.h"
 
 namespace {
@@ -29,6 +32,22 @@ SStringList DefinedEmpty() {
   return list;
 }
 
+// Lets the table be looked at.
+struct Open : SNamedStringList {
+  using SNamedStringList::operator=;
+  using SNamedStringList::SNamedStringList;
+  using SNLists::_Table;
+};
+
+// Returns "" if the table and all lists in it keep what they promise, else what is wrong.
+std::string Flaws(const Open& lists) {
+  std::string flaws = Flaw(lists._Table());
+  for (const STableItem& item : lists._Table()) {
+    flaws += Flaw(static_cast<const SNamedStringListItem&>(item).list);
+  }
+  return flaws;
+}
+
 static_assert(std::is_abstract_v<SNLists> && std::has_virtual_destructor_v<SNLists>);
 static_assert(!std::is_convertible_v<unsigned, SNamedStringList>);
 
@@ -39,6 +58,7 @@ TEST(SNamedStringList, IsEmptyAtFirst) {
   EXPECT_EQ(lists.Find("a"), nullptr);
   EXPECT_EQ(lists.CaseSensitive(), kCase);
   EXPECT_EQ(lists.Crlf(), 7u);
+  EXPECT_EQ(Open(kCase, 0)._Table().Size(), 7);
 }
 
 TEST(SNamedStringList, AddsANameWhenItIsIndexed) {
@@ -54,6 +74,16 @@ TEST(SNamedStringList, AddsANameWhenItIsIndexed) {
   EXPECT_FALSE(lists.Keys().Defined());
   list.Reset();
   EXPECT_EQ(Texts(lists.Keys()), (Names{"a"})) << "defined, though empty";
+}
+
+TEST(SNamedStringList, AnUndefinedListIsNoValueEvenWithElements) {
+  SNamedStringList lists(kCase, 0);
+  SStringList four = {"1", "2", "3", "4"};
+  lists["a"] = four.Splice(1, 2);
+  EXPECT_EQ(Texts(lists.Get("a")), (Names{"2", "3"}));
+  EXPECT_FALSE(lists.Get("a").Defined());
+  EXPECT_FALSE(lists.Keys().Defined());
+  EXPECT_EQ(SNamedStringList(lists).Find("a"), nullptr);
 }
 
 TEST(SNamedStringList, AReferenceStaysWhileOthersCome) {
@@ -132,6 +162,19 @@ TEST(SNamedStringList, ACopyHasTheDefinedLists) {
   EXPECT_EQ(copy.Find("unused"), nullptr);
   EXPECT_EQ(copy.CaseSensitive(), kCase);
   EXPECT_EQ(copy.Crlf(), 1u);
+  EXPECT_FALSE(copy.Get("c").Defined());
+}
+
+TEST(SNamedStringList, ACopyComparesNamesAsTheOriginal) {
+  SNamedStringList lists(kNoCase, 0);
+  lists["Name"].Push("1");
+  SNamedStringList copy(lists);
+  copy["NAME"].Push("2");
+  EXPECT_EQ(Texts(copy.Keys()), Names{"Name"});
+  EXPECT_EQ(Texts(copy.Get("name")), (Names{"1", "2"}));
+  EXPECT_EQ(copy.CaseSensitive(), kNoCase);
+  EXPECT_EQ(copy.Crlf(), 0u);
+  EXPECT_EQ(Texts(lists.Get("name")), Names{"1"});
 }
 
 TEST(SNamedStringList, AnAssignmentReplacesAllButHowNamesCompare) {
@@ -175,6 +218,28 @@ TEST(SNamedStringList, IsCopiedAndMergedThroughItsVirtualMembers) {
   SNamedStringList lists(kCase, 0);
   lists += imagined;
   EXPECT_EQ(Texts(lists.Get("x")), (Names{"imagined"}));
+  SNamedStringList assigned(kCase, 0);
+  assigned = imagined;
+  EXPECT_EQ(Texts(assigned.Get("x")), (Names{"imagined"}));
+  Imagined merged;
+  lists["x"] = SStringList{"1", "imagined"};
+  merged += lists;
+  ASSERT_NE(merged.Find("x"), nullptr);
+  EXPECT_EQ(Texts(*merged.Find("x")), Names{"1"}) << "it says that it has the other";
+}
+
+TEST(SNamedStringList, AnAssignmentEmptiesThroughTheVirtualMember) {
+  struct Counting : SNamedStringList {
+    using SNamedStringList::operator=;
+    Counting() : SNamedStringList(kCase, 0) {}
+    void Reset() override {
+      ++resets;
+      SNamedStringList::Reset();
+    }
+    int resets = 0;
+  } lists;
+  lists = SNamedStringList(kCase, 0);
+  EXPECT_EQ(lists.resets, 1);
 }
 
 // --- Merging ------------------------------------------------------------------------------
@@ -211,6 +276,38 @@ TEST(SNamedStringList, MergingFindsTheKeysAsTheyWereBefore) {
   other["A"].Push("2");
   lists += other;
   EXPECT_EQ(Texts(lists.Get("a")), (Names{"2"}));
+}
+
+TEST(SNamedStringList, MergingComparesWithTheListAsItIsWhenItsNameComes) {
+  SNamedStringList lists(kNoCase, 0), other(kCase, 0);
+  lists["a"].Push("1");
+  other["A"].Push("2");  // spelt otherwise: replaces
+  other["a"] = SStringList{"1", "2", "1"};
+  lists += other;
+  EXPECT_EQ(Texts(lists.Get("a")), (Names{"2", "1", "1"}));
+}
+
+TEST(SNamedStringList, MergingComparesValuesAsStringsDo) {
+  for (const int more : {0, 20}) {  // few values are known otherwise than many
+    SNamedStringList lists(kCase, 0), other(kCase, 0);
+    const SString nul('\0', 1);
+    for (int i = 0; i < more; ++i) lists["a"].Push(SString(i));
+    lists["a"].Push(SString());
+    lists["a"].Push("x");
+    lists["a"].Push(nul);
+    other["a"] = SStringList{"", SString(), "X", nul, nul + nul, "x"};
+    lists += other;
+    const SStringList merged = lists.Get("a");
+    ASSERT_EQ(merged.Count(), more + 5);
+    EXPECT_EQ(merged.Get(more + 3), "X");
+    EXPECT_EQ(merged.Get(more + 4), nul + nul);
+    SNamedStringList without(kCase, 0), blank(kCase, 0);
+    for (int i = 0; i < more; ++i) without["a"].Push(SString(i));
+    without["a"].Push("x");
+    blank["a"] = SStringList{"x", "", SString()};
+    without += blank;
+    EXPECT_EQ(without.Get("a").Count(), more + 3);
+  }
 }
 
 TEST(SNamedStringList, MergedWithItselfStaysAsItIs) {
@@ -267,6 +364,112 @@ TEST(SNamedStringList, MergingAndCopyingTakeLinearTime) {
     a += b;
     EXPECT_EQ(a.Get("name").Count(), n + n / 2);
   }));
+}
+
+// --- Without memory -----------------------------------------------------------------------
+
+TEST(SNamedStringList, IsNotMadeWithoutMemory) {
+  FailEachAllocation([] { return 0; }, [](int) { SNamedStringList(kCase, 0); }, [](int) {});
+}
+
+TEST(SNamedStringList, ANameWithoutMemoryIsNotAdded) {
+  const auto make = [] {
+    auto lists = std::make_unique<Open>(kCase, 0u);
+    for (int i = 0; i < 15; ++i) (*lists)[SString(i)].Push("x");  // the next one makes it grow
+    return lists;
+  };
+  const auto check = [](const auto& lists) {
+    EXPECT_EQ(Flaws(*lists), "");
+    EXPECT_EQ(lists->_Table().Count(), 15);
+    EXPECT_EQ(lists->Keys().Count(), 15);
+    EXPECT_EQ(lists->Find("new"), nullptr);
+  };
+  const SString name("new");
+  FailEachAllocation(
+      make, [&](const auto& lists) { (*lists)[name]; }, check);
+  FailEachAllocation(
+      make, [&](const auto& lists) { (*lists)["new"]; }, check);
+}
+
+TEST(SNamedStringList, AQuestionWithoutMemoryChangesNothing) {
+  const auto make = [] {
+    auto lists = std::make_unique<Open>(kCase, 0u);
+    (*lists)["a"].Push("1");
+    (*lists)["b"].Push("2");
+    return lists;
+  };
+  const auto check = [](const auto& lists) {
+    EXPECT_EQ(Flaws(*lists), "");
+    EXPECT_EQ(Texts(lists->Keys()), (Names{"a", "b"}));
+    EXPECT_EQ(lists->_Table().Count(), 2);
+  };
+  const SString absent("c");
+  FailEachAllocation(
+      make, [](const auto& lists) { static_cast<void>(lists->Keys()); }, check);
+  FailEachAllocation(
+      make, [&](const auto& lists) { static_cast<void>(lists->Get(absent)); }, check);
+  FailEachAllocation(
+      make, [](const auto& lists) { static_cast<void>(SNamedStringList(*lists)); }, check);
+}
+
+// What has been copied when memory ends is whole, and comes in order.
+TEST(SNamedStringList, AnAssignmentWithoutMemoryHasTheFirstNames) {
+  SNamedStringList from(kCase, 1);
+  for (int i = 0; i < 20; ++i) from[SString(i)] = SStringList{"1", "2"};
+  FailEachAllocation(
+      [] {
+        auto lists = std::make_unique<Open>(kNoCase, 0u);
+        (*lists)["old"].Push("0");
+        return lists;
+      },
+      [&](const auto& lists) { *lists = from; },
+      [&](const auto& lists) {
+        EXPECT_EQ(Flaws(*lists), "");
+        EXPECT_EQ(lists->Find("old"), nullptr);
+        EXPECT_EQ(lists->CaseSensitive(), kCase);
+        EXPECT_EQ(lists->Crlf(), 1u);
+        const SStringList keys = lists->Keys();
+        EXPECT_LE(keys.Count(), 20);
+        EXPECT_EQ(keys.Count(), lists->_Table().Count());
+        for (int i = 0; i < keys.Count(); ++i) {
+          EXPECT_EQ(keys.Get(i), SString(i));
+          EXPECT_EQ(Texts(lists->Get(keys.Get(i))), (Names{"1", "2"}));
+        }
+        EXPECT_EQ(from.Keys().Count(), 20);
+      });
+}
+
+TEST(SNamedStringList, AMergeWithoutMemoryHasMergedTheFirstNames) {
+  const auto fill = [](SNamedStringList& lists, int from) {
+    for (int i = from; i < from + 20; ++i) {  // values enough for a set of them
+      for (const char* const name : {"a", "b", "c"}) lists[name].Push(SString(i));
+    }
+  };
+  SNamedStringList other(kCase, 0);
+  fill(other, 10);
+  other["d"].Push("1");
+  const Names order = Texts(other.Keys());
+  FailEachAllocation(
+      [&] {
+        auto lists = std::make_unique<Open>(kCase, 0u);
+        fill(*lists, 0);
+        return lists;
+      },
+      [&](const auto& lists) { *lists += other; },
+      [&](const auto& lists) {
+        EXPECT_EQ(Flaws(*lists), "");
+        bool ended = false;
+        for (const std::string& name : order) {
+          const SStringList list = lists->Get(SString(std::string_view(name)));
+          const int before = name == "d" ? 0 : 20, after = name == "d" ? 1 : 30;
+          ended = ended || list.Count() == before;
+          EXPECT_EQ(list.Count(), ended ? before : after) << name;
+        }
+        EXPECT_EQ(other.Get("a").Count(), 20);
+        *lists += other;  // and there is memory again
+        EXPECT_EQ(Texts(lists->Keys()), (Names{"a", "b", "c", "d"}));
+        for (const char* const name : {"a", "b", "c"}) EXPECT_EQ(lists->Get(name).Count(), 30);
+      });
 }
 
 }  // namespace
