@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <random>
 #include <string>
 #include <string_view>
@@ -11,6 +12,7 @@
 #include "strings/SFixedString.h"
 #include "support/CheckText.h"
 #include "support/ExactInput.h"
+#include "support/FailEachAllocation.h"
 #include "support/Growth.h"
 #include "support/SStringListPeek.h"
 #include "tables/SNamedStringList.h"
@@ -116,6 +118,7 @@ TEST(NamedListText, IsReadLineByLine) {
       {"\\n read as \\r\\n", "a: 1\nb: 2\n", kCrlf, {{"a:", {"1\nb: 2\n"}}}},
       {"\\r alone", "a: 1\r\r\nb: 2\r", kCrlf, {{"a:", {"1\r"}}, {"b:", {"2\r"}}}},
       {"blank line of \\r\\n", "a: 1\r\n\r\n", kCrlf, {{"a:", {"1", ""}}}},
+      {"\\r\\n by any flag but 0", "a: 1\r\nb: 2\r\n", 2, {{"a:", {"1"}}, {"b:", {"2"}}}},
   };
   for (const Row& row : rows) {
     SCOPED_TRACE(row.what);
@@ -165,21 +168,42 @@ TEST(NamedListText, IsWrittenLineByLine) {
   EXPECT_EQ(Written(Fields{{"Function:", {"Deliver"}}, {"Trace:", {"router 1", "local 2"}}}),
             "Function: Deliver\nTrace: router 1\nTrace: local 2\n");
   EXPECT_EQ(Written(Fields{{"a", {"1", "2"}}, {"b", {"3"}}}, kCrlf), "a 1\r\na 2\r\nb 3\r\n");
+  EXPECT_EQ(Written(Fields{{"a", {"1"}}}, 256), "a 1\r\n");
   EXPECT_EQ(Written(Fields{{"a", {}}, {"b", {""}}, {"c", {"", ""}}}), "a \nb \nc \nc \n");
   EXPECT_EQ(Written(Fields{{"", {"1\n2"}}, {"a b", {" "}}}), " 1\n2\na b  \n");
+}
+
+TEST(NamedListText, AnUndefinedValueIsWrittenAsAnEmptyOne) {
+  SNamedStringList list(kCase, kLf);
+  list["a"] = SStringList{"1", SString(), "2"};
+  list[SString()].Push(SString());
+  EXPECT_EQ(Written(list), "a 1\na \na 2\n \n");
+}
+
+TEST(NamedListText, WritingAsksTheVirtualMembers) {
+  struct Imagined : SNamedStringList {
+    Imagined() : SNamedStringList(kCase, kLf) {}
+    [[nodiscard]] SStringList Keys() const override { return {"x", "y"}; }
+    [[nodiscard]] SStringList Get(const SString& name) const override { return {name + '1', "2"}; }
+  };
+  EXPECT_EQ(Written(Imagined()), "x x1\nx 2\ny y1\ny 2\n");
 }
 
 TEST(NamedListText, IsAppended) {
   SNamedStringList list(kCase, kLf);
   list["unused"];
-  SString text("x"), undefined;
+  SString text("x"), empty(""), undefined;
   text << list;
   CheckText(text, "x");
+  empty << list;
+  CheckText(empty, "");
   undefined << list;
   CheckUndefined(undefined);
   list["a"].Push("1");
   text << list << list;
   CheckText(text, "xa 1\na 1\n");
+  empty << list;
+  CheckText(empty, "a 1\n");
   undefined << list;
   CheckText(undefined, "a 1\n");
 }
@@ -349,6 +373,44 @@ TEST(NamedListText, ALongNameIsReadOnceForAllLinesThatShareIt) {
     Read(text, list);
     EXPECT_EQ(list.Keys().Count(), 1);
   }));
+}
+
+// --- Without memory -----------------------------------------------------------------------
+
+constexpr std::string_view kRecord =
+    "a 1, of some length\nb 2\n\tfolded\nb 3\n 4\nc 5\nd 6, and yet another text\n";
+
+TEST(NamedListText, WritingWithoutMemoryAppendsNothing) {
+  SNamedStringList list(kCase, kLf);
+  Read(kRecord, list);
+  for (const char* const before : {"", "some text before"}) {
+    FailEachAllocation([&] { return SString(before); }, [&](SString& text) { text << list; },
+                       [&](const SString& text) {
+                         CheckText(text, before);
+                         EXPECT_EQ(Written(list), kRecord);
+                       });
+  }
+}
+
+// What has been read when memory ends is whole, and what the text began with.
+TEST(NamedListText, ReadingWithoutMemoryHasTheFirstLines) {
+  const SString text(kRecord);
+  FailEachAllocation(
+      [] {
+        auto list = std::make_unique<SNamedStringList>(kCase, kLf);
+        (*list)["old"].Push("gone");
+        return list;
+      },
+      [&](const auto& list) { text >> *list; },
+      [&](const auto& list) {
+        EXPECT_EQ(list->Find("old"), nullptr);
+        const std::string written = Written(*list);
+        EXPECT_TRUE(kRecord.starts_with(written)) << written;
+        EXPECT_LT(written.size(), kRecord.size());
+        for (const SString& name : list->Keys()) EXPECT_STREQ(Flaw(*list->Find(name)), "");
+        text >> *list;
+        EXPECT_EQ(Written(*list), kRecord) << "read again";
+      });
 }
 
 }  // namespace

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "support/CheckText.h"
+#include "support/FailEachAllocation.h"
 #include "support/STablePeek.h"
 
 namespace {
@@ -95,6 +96,35 @@ TEST(SIndexString, IsCopiedAndMoved) {
   CheckText(strings.Get(0), "xy");
 }
 
+TEST(SIndexString, ACopyHasRoomForWhatItHasAndGrowsByFive) {
+  SIndexString strings;
+  for (int i = 0; i < 7; ++i) strings[i] = "x";
+  SIndexString copy(strings);
+  EXPECT_EQ(SIndexStringPeek::Room(copy), 7);
+  copy[7] = "y";
+  EXPECT_EQ(SIndexStringPeek::Room(copy), 12);
+}
+
+TEST(SIndexString, AnUndefinedStringIsStoredButNotCounted) {
+  SIndexString strings;
+  strings[1] = SString();
+  EXPECT_EQ(Indexes(strings), std::vector<int>());
+  CheckUndefined(strings.Get(1));
+}
+
+// The first places of the array are set, and there is one for every entry.
+TEST(SIndexString, KeysMakesAPlaceForEveryEntry) {
+  SIndexString strings;
+  for (int i = 0; i < 9; ++i) strings[i];
+  strings[8] = "x";
+  int* out = nullptr;
+  const AllocationCount allocations;
+  EXPECT_EQ(strings.Keys(&out), 1);
+  EXPECT_EQ(allocations.LastSize(), 9 * sizeof(int));
+  const std::unique_ptr<int[]> owned(out);
+  EXPECT_EQ(out[0], 8);
+}
+
 TEST(SIndexString, RandomEditsAgreeWithAModel) {
   std::mt19937 random(3);
   const auto below = [&](int n) { return static_cast<int>(random() % static_cast<unsigned>(n)); };
@@ -122,6 +152,56 @@ TEST(SIndexString, RandomEditsAgreeWithAModel) {
     }
     ASSERT_EQ(Indexes(strings), indexes);
   }
+}
+
+// --- Without memory -----------------------------------------------------------------------
+
+TEST(SIndexString, WithoutMemoryStaysAsItIs) {
+  const auto make = [] {
+    SIndexString strings;
+    for (int i = 0; i < 5; ++i) strings[i] = "x";  // there is no room left
+    return strings;
+  };
+  const auto check = [](const SIndexString& strings) {
+    EXPECT_EQ(Indexes(strings), (std::vector<int>{0, 1, 2, 3, 4}));
+    for (int i = 0; i < 5; ++i) CheckText(strings.Get(i), "x");
+  };
+  FailEachAllocation(
+      make, [](SIndexString& strings) { strings[5]; }, check);
+  FailEachAllocation(
+      make, [](SIndexString& strings) { static_cast<void>(strings.Get(5)); }, check);
+  FailEachAllocation(
+      make, [](SIndexString& strings) { static_cast<void>(SIndexString(strings)); }, check);
+  FailEachAllocation(
+      make, [](SIndexString& strings) { SIndexString() = strings; }, check);
+}
+
+TEST(SIndexString, AnAssignmentWithoutMemoryChangesNothing) {
+  SIndexString from;
+  for (int i = 0; i < 9; ++i) from[i] = "y";
+  FailEachAllocation(
+      [] {
+        SIndexString strings;
+        strings[3] = "x";
+        return strings;
+      },
+      [&](SIndexString& strings) { strings = from; },
+      [](const SIndexString& strings) {
+        EXPECT_EQ(Indexes(strings), std::vector<int>{3});
+        CheckText(strings.Get(3), "x");
+      });
+}
+
+TEST(SIndexString, KeysWithoutMemoryLeaveTheCallersPointer) {
+  SIndexString strings;
+  strings[1] = "x";
+  int before = 0;
+  FailEachAllocation([&] { return &before; },
+                     [&](int*& out) {
+                       strings.Keys(&out);
+                       delete[] out;  // not reached when it throws
+                     },
+                     [&](int* out) { EXPECT_EQ(out, &before); });
 }
 
 }  // namespace

@@ -3,11 +3,14 @@
 #include <gtest/gtest.h>
 
 #include <climits>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "support/FailEachAllocation.h"
 #include "support/SStringListPeek.h"
+#include "support/STablePeek.h"
 
 namespace {
 
@@ -15,6 +18,13 @@ using Names = std::vector<std::string>;
 
 constexpr unsigned kNoCase = 0;
 constexpr unsigned kCase = 1;
+
+// Lets the table be looked at.
+struct Open : SNamedValue {
+  using SNLists::_Table;
+  using SNamedValue::operator=;
+  using SNamedValue::SNamedValue;
+};
 
 TEST(SNamedValue, ANewNameBeginsWithZero) {
   SNamedValue values(kCase);
@@ -88,6 +98,101 @@ TEST(SNamedValue, DeletesAndResets) {
   values.Reset();
   EXPECT_FALSE(values.Keys().Defined());
   EXPECT_EQ(values.Get("b"), -1);
+}
+
+TEST(SNamedValue, WithoutCaseTheFirstFormIsKept) {
+  SNamedValue values(kNoCase);
+  values["Name"] = 1;
+  values["NAME"] += 2;
+  EXPECT_EQ(Texts(values.Keys()), Names{"Name"});
+  SNamedValue copy(values);
+  copy["name"] += 4;
+  EXPECT_EQ(Texts(copy.Keys()), Names{"Name"});
+  EXPECT_EQ(copy.Get("name"), 7);
+  EXPECT_EQ(copy.CaseSensitive(), kNoCase);
+  EXPECT_EQ(values.Get("name"), 3);
+}
+
+TEST(SNamedValue, AReferenceStaysWhileOthersCome) {
+  SNamedValue values(kCase);
+  int& value = values["a"];
+  for (int i = 0; i < 1000; ++i) values[SString(i)] = i;
+  value = 5;
+  EXPECT_EQ(values.Get("a"), 5);
+}
+
+TEST(SNamedValue, IsCopiedAndEmptiedThroughItsVirtualMembers) {
+  struct Own : SNamedValue {
+    using SNamedValue::operator=;
+    Own() : SNamedValue(kCase) {}
+    [[nodiscard]] SStringList Keys() const override { return {"b"}; }
+    void Reset() override {
+      ++resets;
+      SNamedValue::Reset();
+    }
+    int resets = 0;
+  } own;
+  own["a"] = 1;
+  own["b"] = 2;
+  EXPECT_EQ(Texts(SNamedValue(own).Keys()), Names{"b"});
+  own = SNamedValue(kCase);
+  EXPECT_EQ(own.resets, 1);
+  EXPECT_EQ(own.Get("a"), -1);
+}
+
+// --- Without memory -----------------------------------------------------------------------
+
+TEST(SNamedValue, IsNotMadeWithoutMemory) {
+  FailEachAllocation([] { return 0; }, [](int) { static_cast<void>(SNamedValue(kCase)); },
+                     [](int) {});
+}
+
+TEST(SNamedValue, WithoutMemoryStaysAsItIs) {
+  const auto make = [] {
+    auto values = std::make_unique<Open>(kCase);
+    for (int i = 0; i < 15; ++i) (*values)[SString(i)] = i;  // the next one makes it grow
+    return values;
+  };
+  const auto check = [](const auto& values) {
+    EXPECT_STREQ(Flaw(values->_Table()), "");
+    EXPECT_EQ(values->Keys().Count(), 15);
+    EXPECT_EQ(values->_Table().Count(), 15);
+    EXPECT_EQ(values->Get("14"), 14);
+  };
+  const SString name("new");
+  FailEachAllocation(
+      make, [&](const auto& values) { (*values)[name]; }, check);
+  FailEachAllocation(
+      make, [&](const auto& values) { (*values)["new"]; }, check);
+  FailEachAllocation(
+      make, [](const auto& values) { static_cast<void>(values->Keys()); }, check);
+  FailEachAllocation(
+      make, [](const auto& values) { static_cast<void>(SNamedValue(*values)); }, check);
+}
+
+// What has been copied when memory ends comes in order.
+TEST(SNamedValue, AnAssignmentWithoutMemoryHasTheFirstNames) {
+  SNamedValue from(kCase);
+  for (int i = 0; i < 20; ++i) from[SString(i)] = i;
+  FailEachAllocation(
+      [] {
+        auto values = std::make_unique<Open>(kNoCase);
+        (*values)["old"] = 1;
+        return values;
+      },
+      [&](const auto& values) { *values = from; },
+      [](const auto& values) {
+        EXPECT_STREQ(Flaw(values->_Table()), "");
+        EXPECT_EQ(values->CaseSensitive(), kCase);
+        EXPECT_EQ(values->Get("old"), -1);
+        const SStringList keys = values->Keys();
+        EXPECT_LE(keys.Count(), 20);
+        EXPECT_EQ(keys.Count(), values->_Table().Count());
+        for (int i = 0; i < keys.Count(); ++i) {
+          EXPECT_EQ(keys.Get(i), SString(i));
+          EXPECT_EQ(values->Get(keys.Get(i)), i);
+        }
+      });
 }
 
 }  // namespace
