@@ -29,7 +29,7 @@ class MAILHEARTH_EXPORT SNLists {
   // Returns the names that have a value; an undefined list when there are none.
   [[nodiscard]] virtual SStringList Keys() const = 0;
 
-  // Removes the entry of that name, if there is one. References to its value end.
+  // Ends the entry of a name, if there is one, and references to its value with it.
   virtual void Delete(const SString& name);
 
   // Removes all entries.

@@ -1,6 +1,6 @@
 // SNamedStringList finds a list of strings by a name: a record of fields, each with any
-// number of values. Every control file and request of the message queue is one, and its text
-// form is that of those files.
+// number of values. The message queue keeps its control records and requests so, and the text
+// form is what its files hold.
 //
 //   SNamedStringList record(0, 0);               // names without regard to case, lines end in \n
 //   record["Trace:"].Push("router 1");
@@ -18,7 +18,8 @@
 //
 // A copy has the names and lists of the original and shares the lists' elements until one of
 // the two is edited. An assignment replaces all entries and both flags, but names go on
-// being compared as they were: known and kept.
+// being compared as they were: known and kept. Where copying, merging or reading finds no
+// memory, it throws std::bad_alloc and keeps what it has done so far.
 
 #ifndef MAILHEARTH_TABLES_SNAMEDSTRINGLIST_H
 #define MAILHEARTH_TABLES_SNAMEDSTRINGLIST_H
@@ -97,16 +98,17 @@ class MAILHEARTH_EXPORT SNamedStringList : public SNLists {
 //   - no name is empty, has a blank or begins with a tab, and names and values have no line
 //     end of the list's own kind, but in values one that a blank or a tab follows;
 //   - no list is defined and empty: it is written as one empty value;
-//   - both lists have the same `crlf`. Written with "\r\n" and read with "\n", every value
-//     ends in "\r".
+//   - both lists have the same `crlf`: a line that ends in "\r\n", read by one that knows
+//     "\n", keeps its "\r";
+//   - both compare names alike, or no two names differ only in case.
 
-// Appends the text form of `list` to `text`.
+// Writes `list` behind what is in `text` already, wholly or, without memory, not at all.
 MAILHEARTH_EXPORT SString& operator<<(SString& text, const SNamedStringList& list);
 
-// Replaces what is in `list` by what `text` holds. Never fails: a line without a blank, an
-// empty one too, is a whole value of the name before it, as one that begins with a blank
-// is where no value stands before it, and before the first name that is the empty name. The
-// last line may end without a line end.
+// Empties `list`, then reads `text` into it. No text is refused: a line without a blank, an
+// empty one too, is a whole value of the name before it; where there is none, as on the first
+// line, the name is the empty one. A first line that begins with a blank is a value of that
+// name too, without the blank. The last line may end without a line end.
 //
 // Takes time linear in the text, unless its names have been chosen against the table.
 MAILHEARTH_EXPORT const SString& operator>>(const SString& text, SNamedStringList& list);

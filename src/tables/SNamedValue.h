@@ -8,7 +8,8 @@
 //
 // A reference that [] returns stays good until the entry is deleted, whatever is added. An
 // assignment replaces all entries and the flag, but names go on being compared as they were:
-// known and kept.
+// known and kept. Where it finds no memory, it throws std::bad_alloc and keeps what it has
+// copied so far.
 
 #ifndef MAILHEARTH_TABLES_SNAMEDVALUE_H
 #define MAILHEARTH_TABLES_SNAMEDVALUE_H

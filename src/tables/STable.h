@@ -56,7 +56,7 @@ template <TextKey Text>
 
 // An entry. The table fills in all fields; others may read them.
 struct MAILHEARTH_EXPORT STableItem {
-  STableItem* chainNext = nullptr;  // in the same bucket; null at the end
+  STableItem* chainNext = nullptr;  // down the chain of its bucket, which a null ends
   STableItem* listNext = this;      // in the order of keys, a ring with the table's own
   STableItem* listPrev = this;      // entry between the last and the first
   SString key;                      // as it was added last

@@ -126,6 +126,7 @@ TEST(SNamedStringList, NamesMayBeAnyText) {
   lists[12].Push("number");
   lists[std::string_view("view")].Push("view");
   EXPECT_EQ(Texts(lists.Get("")), (Names{"undefined", "empty"}));
+  EXPECT_FALSE(lists.Keys().Get(0).Defined()) << "the form used first";
   EXPECT_EQ(Texts(*lists.Find(nul)), (Names{"nul"}));
   EXPECT_EQ(Texts(lists.Get("12")), (Names{"number"}));
   EXPECT_EQ(Texts(*lists.Find("VIEW")), (Names{"view"}));
@@ -232,14 +233,18 @@ TEST(SNamedStringList, AnAssignmentEmptiesThroughTheVirtualMember) {
   struct Counting : SNamedStringList {
     using SNamedStringList::operator=;
     Counting() : SNamedStringList(kCase, 0) {}
+    void Delete(const SString&) override { ++deletions; }
     void Reset() override {
       ++resets;
       SNamedStringList::Reset();
     }
-    int resets = 0;
+    int deletions = 0, resets = 0;
   } lists;
   lists = SNamedStringList(kCase, 0);
   EXPECT_EQ(lists.resets, 1);
+  SNLists& base = lists;
+  base.Delete("a");
+  EXPECT_EQ(lists.deletions, 1);
 }
 
 // --- Merging ------------------------------------------------------------------------------

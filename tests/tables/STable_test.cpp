@@ -9,6 +9,7 @@
 #include <random>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <vector>
 
 #include "strings/SFixedString.h"
@@ -25,6 +26,9 @@ using Names = std::vector<std::string>;
 
 constexpr unsigned kNoCase = 0;
 constexpr unsigned kCase = 1;
+
+static_assert(std::has_virtual_destructor_v<STable>);
+static_assert(std::has_virtual_destructor_v<STableItem>);
 
 // An entry with a number, which says when it goes.
 struct Numbered : STableItem {
