@@ -8,9 +8,10 @@
 //
 //   struct Port : STableItem { int number = 0; };
 //   STable ports(0, 0);                                   // no regard to case
-//   auto port = std::make_unique<Port>();
+//   const SString smtp("smtp");                           // first, as it may find no memory
+//   auto* const port = new Port;
 //   port->number = 25;
-//   ports.Add("smtp", port.release());
+//   ports.Add(smtp, port);                                // now it is the table's
 //   if (STableItem* found = ports.Lookup("SMTP")) Use(static_cast<Port*>(found)->number);
 //
 // Look-ups, additions and removals take time for the length of the key and, on the average,
