@@ -53,6 +53,7 @@ TEST(SNamedValue, MinusOneIsNone) {
   EXPECT_EQ(values.Get("b"), -1);
   SNamedValue copy(values);
   EXPECT_EQ(Texts(copy.Keys()), (Names{"a", "c"}));
+  EXPECT_EQ(copy.Get("c"), -2);
   EXPECT_EQ(copy["b"], 0) << "had come along";
   EXPECT_EQ(values["b"], -1);
   values["b"] = 3;
@@ -113,12 +114,15 @@ TEST(SNamedValue, WithoutCaseTheFirstFormIsKept) {
   EXPECT_EQ(values.Get("name"), 3);
 }
 
-TEST(SNamedValue, AReferenceStaysWhileOthersCome) {
+TEST(SNamedValue, AReferenceStaysWhileOthersComeAndACopyHasAllValues) {
   SNamedValue values(kCase);
   int& value = values["a"];
-  for (int i = 0; i < 1000; ++i) values[SString(i)] = i;
+  for (int i = 0; i < 1000; ++i) values[SString(i)] = INT_MAX - i;
   value = 5;
   EXPECT_EQ(values.Get("a"), 5);
+  const SNamedValue copy(values);
+  EXPECT_EQ(copy.Keys().Count(), 1001);
+  for (int i = 0; i < 1000; ++i) ASSERT_EQ(copy.Get(SString(i)), INT_MAX - i);
 }
 
 TEST(SNamedValue, IsCopiedAndEmptiedThroughItsVirtualMembers) {
