@@ -1,6 +1,8 @@
 #include "CutInfo.h"
 
-#include "../lists/SStringList.h"
+#include <algorithm>
+#include <string_view>
+
 #include "../strings/SLineBreaker.h"
 #include "Environment.h"
 #include "FileOperations.h"
@@ -18,11 +20,15 @@ const SString& CutText() {
 }  // namespace
 
 SString GetCutInfo(const SString& key) {
+  // Not by Split: a pattern that finds no memory to compile would be an entry not found.
+  constexpr std::string_view kWhiteSpace = " \f\n\r\t\v";
   SLineBreaker lines(CutText(), 1);
   for (SString line; lines.ReadLine(line);) {
-    SStringList pieces = line.Split("\\s", 2);
-    if (pieces.Count() == 0 || pieces.Shift() != key) continue;
-    return pieces.Shift();
+    const std::string_view entry = line.View();
+    const std::size_t end = std::min(entry.find_first_of(kWhiteSpace), entry.size());
+    if (entry.empty() || entry.substr(0, end) != key.View()) continue;
+    if (end + 1 >= entry.size()) return {};
+    return SString(entry.substr(end + 1));
   }
   return "Undefined";
 }

@@ -4,7 +4,8 @@
 //   version 3.1 beta
 //
 // A key goes up to the first white space, its value from behind that one character to the end
-// of the line. The first entry of a key counts. A last line without a line feed does not.
+// of the line. The first entry of a key counts. What stands behind the last line feed is no
+// entry.
 
 #ifndef MAILHEARTH_SYSTEM_CUTINFO_H
 #define MAILHEARTH_SYSTEM_CUTINFO_H

@@ -36,6 +36,17 @@ const dirent* NextEntry(DIR* dir) {
 
 bool IsDots(std::string_view name) { return name == "." || name == ".."; }
 
+// Returns `dir` and a slash, with every run of slashes made one. Not by a substitution: a
+// pattern that finds no memory to compile would let the runs stand.
+SString Prefix(const SString& dir) {
+  SString prefix;
+  for (const char c : dir.View()) {
+    if (c != '/' || prefix[-1] != '/') prefix += c;
+  }
+  if (prefix[-1] != '/') prefix += '/';
+  return prefix;
+}
+
 // IsDirectory, where its errno would hide that of the call before.
 bool IsNowDirectory(const SString& path) {
   const ErrnoKeeper keep;
@@ -60,8 +71,7 @@ SStringList ReadDir(const SString& dir) {
   }
   const OpenDir open(::opendir(Terminated(dir).Data()));  // close-on-exec
   if (open == nullptr) return {};
-  SString prefix = dir + '/';
-  static_cast<void>(prefix.S("//+", "/", "g"));
+  const SString prefix = Prefix(dir);
   SStringList entries;
   entries.Reset();
   while (const dirent* const entry = NextEntry(open.get())) {

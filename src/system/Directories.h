@@ -1,8 +1,8 @@
 // Directories: listing, making, removing, going there.
 //
-// Results are 1 for success and 0 for failure, errno then telling why. A directory asked for
-// may be a link to one. An undefined path is the empty one, which names nothing (ENOENT); the
-// system reads a path up to its first NUL.
+// Where nothing else is said, 1 means done, and 0 not done, errno then telling why. A directory
+// asked for may be a link to one. An undefined path is the empty one, which names nothing
+// (ENOENT); the system reads a path up to its first NUL.
 //
 //   if (!MakeDir(root + "/deferred/" + module, 0750)) Complain(GetErrorString());
 //   for (const SString& path : ReadDir(root + "/control")) Consume(path);

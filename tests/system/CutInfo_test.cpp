@@ -5,11 +5,14 @@
 #include <unistd.h>
 
 #include <cstdlib>
+#include <filesystem>
 #include <functional>
+#include <new>
 #include <string>
 #include <string_view>
 
 #include "support/CheckText.h"
+#include "support/CountedNew.h"
 #include "support/TempDir.h"
 
 namespace {
@@ -50,6 +53,63 @@ TEST(GetCutInfo, FindsTheValueOfAKey) {
       CheckText(GetCutInfo(key), "Undefined");
     }
   });
+}
+
+TEST(GetCutInfo, OfTheEmptyKeyIsTheRestBehindTheFirstBlankOfALine) {
+  const TempDir dir;
+  dir.File(".cut", "a 1\n\n \t two  words \n 3\n");
+  WithCutFile(dir, [] {
+    for (const SString& key : {SString(""), SString()}) {
+      CheckText(GetCutInfo(key), "\t two  words ");
+    }
+  });
+  const TempDir other;
+  other.File(".cut", "\n \n 3\n");
+  WithCutFile(other, [] { CheckUndefined(GetCutInfo("")); });
+}
+
+TEST(GetCutInfo, LooksAtNoMoreThanTheKey) {
+  const TempDir dir;
+  dir.File(".cut", std::string("a\0b 1\na 2\n.* 3\nx\vy\f4\n", 22));
+  WithCutFile(dir, [] {
+    CheckText(GetCutInfo("a"), "2");
+    CheckText(GetCutInfo(SString("a\0b", 3)), "1");
+    CheckText(GetCutInfo(".*"), "3");
+    CheckText(GetCutInfo("."), "Undefined");
+    CheckText(GetCutInfo("x"), "y\f4");
+  });
+}
+
+// Each process runs out of memory once, and the first call that finds enough of it reads.
+TEST(GetCutInfo, WithoutMemoryReadsAtTheNextCall) {
+  const TempDir dir;
+  dir.File(".cut", "version 3.1 beta\n");
+  bool more = true;
+  for (int n = 0; more; ++n) {
+    SCOPED_TRACE(n);
+    const std::string trace = dir / "fired";
+    WithCutFile(dir, [&] {
+      const int open = OpenDescriptors();
+      bool fired = false, thrown = false;
+      {
+        const FailNthAllocation fault(n);
+        try {
+          CheckText(GetCutInfo("version"), "3.1 beta");
+        } catch (const std::bad_alloc&) {
+          thrown = true;
+        }
+        fired = fault.Fired();
+      }
+      EXPECT_EQ(thrown, fired);
+      EXPECT_EQ(OpenDescriptors(), open);
+      CheckText(GetCutInfo("version"), "3.1 beta");
+      if (fired) dir.File("fired", "");
+    });
+    more = std::filesystem::remove(trace);
+    if (!more) {
+      EXPECT_GE(n, 3) << "the path, the text, a line";
+    }
+  }
 }
 
 TEST(GetCutInfo, WithoutAFileFindsNothing) {
