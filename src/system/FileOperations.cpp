@@ -26,6 +26,7 @@ namespace {
 constexpr off_t kLongest = std::numeric_limits<int>::max() - 1;  // of a string
 
 // Removes a file that was begun and is of no use; errno stays.
+// Needs: `path` is terminated, so that nothing is thrown here.
 int Discard(const SString& path) {
   const ErrnoKeeper keep;
   static_cast<void>(RemoveFile(path));  // best effort
@@ -109,9 +110,10 @@ int RemoveFileLogged(const SString& path) {
   const ErrnoKeeper keep;
   const SString reason = GetErrorString();  // before another call sets it
   if (!IsRegular(path)) return 0;
-  StandardLog() << LogFileDate() << ':' << GetEnv("ModuleName") << ":ERROR:Couldn't remove file "
-                << path << ':' << reason << '\n'
-                << std::flush;
+  // In one piece: the stream has no buffer, and other processes write to the same log.
+  const SString line = LogFileDate() + ':' + GetEnv("ModuleName") + ":ERROR:Couldn't remove file " +
+                       path + ':' + reason + '\n';
+  StandardLog() << line << std::flush;
   return 0;
 }
 
@@ -182,12 +184,12 @@ int MapFileWrite(const SString& path, const SString& data) {
     errno = ENOENT;
     return 0;
   }
-  Descriptor file(
-      ::open(Terminated(path).Data(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, kUserAndGroup));
+  const SString name = Terminated(path);  // before there is a file: removing it needs no memory
+  Descriptor file(::open(name.Data(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, kUserAndGroup));
   if (!file.IsOpen()) return 0;
   if (Fill(file, data)) return 1;
   file.Close();
-  return Discard(path);
+  return Discard(name);
 }
 
 }  // namespace mailhearth

@@ -1,10 +1,10 @@
 // Files by their paths: removing, renaming, linking, copying; whole contents read and
 // written.
 //
-// Results are 1 for success and 0 for failure, errno then being that of the call that failed
-// first. An undefined path is the empty one, which names nothing (ENOENT); the system reads a
-// path up to its first NUL. No descriptor is left open, and none is seen by a program that
-// another part of the process starts.
+// Where nothing else is said, 1 means done, and 0 not done, errno then being that of the call
+// that failed first. An undefined path is the empty one, which names nothing (ENOENT); the
+// system reads a path up to its first NUL. No descriptor is left open, and none is seen by a
+// program that another part of the process starts.
 //
 //   if (!MapFileWrite(path + ".temp", text)) return 0;   // never over an existing file
 //   return Rename(path + ".temp", path);
@@ -23,9 +23,9 @@ inline namespace mailhearth {
 // Removes anything but a directory or a link to one (EISDIR); of another link, the link.
 MAILHEARTH_EXPORT int RemoveFile(const SString& path);
 
-// The same. For a regular file that could not be removed, a line goes to the log stream
-// (std::clog): the time, the value of ModuleName, ERROR, what was tried and the system's
-// reason, with colons between them.
+// The same. Where a regular file stays, a line goes to the log stream (std::clog), in one
+// piece: the time, the value of ModuleName, ERROR, what was tried and the system's reason,
+// with colons between them.
 MAILHEARTH_EXPORT int RemoveFileLogged(const SString& path);
 
 // Closes a descriptor. It is gone even when the answer is 0.
@@ -57,9 +57,9 @@ MAILHEARTH_EXPORT int CopyFile(const SString& from, const SString& to, unsigned 
 [[nodiscard]] MAILHEARTH_EXPORT SString MapFileRead(const SString& path);
 
 // Makes a new file that holds `data`, for the user and the group as far as the umask lets
-// them; it is on the disk when the answer is 1. A file that exists is left as it is (EEXIST),
-// so of several writers of one name one succeeds. Any other failure, such as that of a full
-// disk (ENOSPC), leaves no file.
+// them; its bytes are on the disk when the answer is 1. A file that exists is left as it is
+// (EEXIST), so of several writers of one name one succeeds. Any other failure, such as that of a
+// full disk (ENOSPC), leaves no file.
 [[nodiscard]] MAILHEARTH_EXPORT int MapFileWrite(const SString& path, const SString& data);
 
 }  // namespace mailhearth

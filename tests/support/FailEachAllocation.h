@@ -1,4 +1,4 @@
-// Runs something again and again, each time with another of its allocations failing.
+// Work that runs out of memory at each of its allocations in turn.
 
 #ifndef MAILHEARTH_TESTS_SUPPORT_FAILEACHALLOCATION_H
 #define MAILHEARTH_TESTS_SUPPORT_FAILEACHALLOCATION_H
@@ -8,32 +8,43 @@
 #include <new>
 
 #include "support/CountedNew.h"
+#include "support/TempDir.h"
 
 // Calls `edit` on what `make` returns, made anew each time: first with its first allocation
-// failing, then with its second, until none is left to fail. After each failure, `check` looks
-// at what the edit has left behind. What leaks meanwhile, the leak sanitizer reports.
+// failing, then with its second, until none is left to fail. Checks that each failure comes
+// out as std::bad_alloc and leaves no descriptor; then `check` looks at what the edit has left
+// behind. What leaks meanwhile, the leak sanitizer reports.
+// Returns how many failed.
 template <class Make, class Edit, class Check>
-void FailEachAllocation(Make make, Edit edit, Check check) {
+int FailEachAllocation(Make make, Edit edit, Check check) {
   for (int n = 0;; ++n) {
+    SCOPED_TRACE(n);
     auto made = make();
-    bool threw = false, fired = false;
+    const int open = OpenDescriptors();
+    bool fired = false, thrown = false;
     {
       const FailNthAllocation fault(n);
       try {
         edit(made);
       } catch (const std::bad_alloc&) {
-        threw = true;
+        thrown = true;
       }
       fired = fault.Fired();
     }
-    ASSERT_EQ(threw, fired) << "allocation " << n;
+    EXPECT_EQ(thrown, fired);
+    EXPECT_EQ(OpenDescriptors(), open);
     if (!fired) {
       EXPECT_GT(n, 0) << "nothing is allocated";
-      return;
+      return n;
     }
-    SCOPED_TRACE(n);
     check(made);
   }
+}
+
+// The same for work that begins anew by itself.
+template <class Work, class Check>
+int FailEachAllocation(Work work, Check check) {
+  return FailEachAllocation([] { return 0; }, [&](int) { work(); }, [&](int) { check(); });
 }
 
 #endif  // MAILHEARTH_TESTS_SUPPORT_FAILEACHALLOCATION_H

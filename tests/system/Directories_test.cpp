@@ -47,14 +47,25 @@ TEST(ReadDir, GivesPathsWithSingleSlashes) {
   dir.File(".hidden", "");
   fs::create_directory(dir / "d");
   const std::vector<std::string> expected = {dir / ".hidden", dir / "a", dir / "d"};
-  for (const std::string& path :
-       {dir.Path(), dir.Path() + "/", dir.Path() + "///", "/" + dir.Path()}) {
+  for (const std::string& path : {dir.Path(), dir.Path() + "/", dir.Path() + "///",
+                                  "/" + dir.Path(), "//" + dir.Path().substr(1) + "//"}) {
     SCOPED_TRACE(path);
     const int open = OpenDescriptors();
     EXPECT_EQ(Sorted(ReadDir(Text(path))), expected);
     EXPECT_EQ(errno, 0);
     EXPECT_EQ(OpenDescriptors(), open);
   }
+}
+
+TEST(ReadDir, KeepsTheOrderOfTheSystem) {
+  const TempDir dir;
+  for (int i = 0; i < 20; ++i) dir.File(std::to_string(i * 7919), "");
+  std::vector<std::string> expected, got;
+  for (const fs::directory_entry& entry : fs::directory_iterator(dir.Path())) {
+    expected.push_back(entry.path().string());
+  }
+  for (const SString& path : ReadDir(Text(dir.Path()))) got.emplace_back(path.View());
+  EXPECT_EQ(got, expected);
 }
 
 TEST(ReadDir, OfAnEmptyDirectoryIsDefined) {
@@ -136,11 +147,28 @@ TEST(MakeDir, MakesEveryMissingAncestor) {
   EXPECT_TRUE(fs::is_directory(dir / "z"));
 }
 
+TEST(MakeDir, GivesEachDirectoryTheMode) {
+  const TempDir dir;
+  const mode_t before = ::umask(0);
+  EXPECT_EQ(MakeDir(Text(dir / "a/b"), 0730), 1);
+  ::umask(027);
+  EXPECT_EQ(MakeDir(Text(dir / "x/y"), 0777), 1);
+  ::umask(before);
+  for (const char* const name : {"a", "a/b"}) {
+    EXPECT_EQ(fs::status(dir / name).permissions(), fs::perms(0730));
+  }
+  for (const char* const name : {"x", "x/y"}) {
+    EXPECT_EQ(fs::status(dir / name).permissions(), fs::perms(0750));
+  }
+}
+
 TEST(MakeDir, AtOnceWhenItIsThere) {
   const TempDir dir;
-  const FailNthCall fault("mkdir", 1, EIO);
-  EXPECT_EQ(MakeDir(Text(dir.Path()), 0755), 1);
-  EXPECT_FALSE(fault.Fired());
+  for (const char* const function : {"access", "mkdir"}) {
+    const FailNthCall fault(function, 1, EIO);
+    EXPECT_EQ(MakeDir(Text(dir.Path()), 0755), 1);
+    EXPECT_FALSE(fault.Fired());
+  }
 }
 
 TEST(MakeDir, StopsAtAFile) {
@@ -220,6 +248,10 @@ TEST(RemoveDir, RemovesAnEmptyDirectoryOnly) {
     EXPECT_EQ(RemoveDir(Text(path)), 0);
     EXPECT_EQ(errno, error);
   }
+  errno = EXDEV;
+  EXPECT_EQ(RemoveDir(Text(dir / "a/b//")), 1);
+  EXPECT_EQ(errno, EXDEV) << "success leaves it alone";
+  fs::create_directory(dir / "a/b");
   EXPECT_EQ(RemoveDir(Text(dir / "a/b/")), 1);
   EXPECT_EQ(RemoveDir(Text(dir / "a")), 1);
   EXPECT_FALSE(fs::exists(dir / "a"));
@@ -235,7 +267,9 @@ TEST(RemoveDir, KeepsTheErrorOfTheSystem) {
 TEST(Chdir, GoesToADirectory) {
   const TempDir dir;
   const WorkingDirectory here(".");
+  errno = EXDEV;
   EXPECT_EQ(Chdir(Text(dir.Path())), 1);
+  EXPECT_EQ(errno, EXDEV) << "success leaves it alone";
   EXPECT_TRUE(fs::equivalent(fs::current_path(), dir.Path()));
   const std::string file = dir.File("file", "");
   EXPECT_EQ(Chdir(Text(file)), 0);

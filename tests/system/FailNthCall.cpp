@@ -11,6 +11,8 @@
 #include <cstdio>
 #include <utility>
 
+int openedForOthers = 0;
+int syncFlags = 0;
 std::function<void()> afterFstat;
 
 namespace {
@@ -49,6 +51,7 @@ bool FailNthCall::Fired() const { return fault.left < 0; }
 extern "C" {
 
 STAND_IN(stat, (const char* path, struct stat* out), path, out)
+STAND_IN(access, (const char* path, int rights), path, rights)
 STAND_IN(mkdir, (const char* path, mode_t mode), path, mode)
 STAND_IN(rmdir, (const char* path), path)
 STAND_IN(chdir, (const char* path), path)
@@ -58,7 +61,6 @@ STAND_IN(link, (const char* from, const char* to), from, to)
 STAND_IN(fchmod, (int fd, mode_t mode), fd, mode)
 STAND_IN(fchown, (int fd, uid_t user, gid_t group), fd, user, group)
 STAND_IN(ftruncate, (int fd, off_t size), fd, size)
-STAND_IN(msync, (void* data, std::size_t size, int flags), data, size, flags)
 
 int __real_fstat(int fd, struct stat* out);
 int __wrap_fstat(int fd, struct stat* out) {
@@ -66,6 +68,12 @@ int __wrap_fstat(int fd, struct stat* out) {
   const int result = __real_fstat(fd, out);
   if (result == 0 && afterFstat) std::exchange(afterFstat, nullptr)();
   return result;
+}
+
+int __real_msync(void* data, std::size_t size, int flags);
+int __wrap_msync(void* data, std::size_t size, int flags) {
+  syncFlags = flags;
+  return Fails("msync") ? -1 : __real_msync(data, size, flags);
 }
 
 // These fail, but do their work: what they release is gone.
@@ -89,6 +97,7 @@ int __wrap_closedir(DIR* dir) {
 
 int __real_open(const char* path, int flags, ...);
 int __wrap_open(const char* path, int flags, ...) {
+  if ((flags & O_CLOEXEC) == 0) ++openedForOthers;
   if (Fails("open")) return -1;
   va_list arguments;
   va_start(arguments, flags);
@@ -132,6 +141,11 @@ void* __wrap_mmap(void* at, std::size_t size, int protection, int flags, int fd,
 
 DIR* __real_opendir(const char* path);
 DIR* __wrap_opendir(const char* path) { return Fails("opendir") ? nullptr : __real_opendir(path); }
+
+char* __real_realpath(const char* path, char* out);
+char* __wrap_realpath(const char* path, char* out) {
+  return Fails("realpath") ? nullptr : __real_realpath(path, out);
+}
 
 dirent* __real_readdir(DIR* dir);
 dirent* __wrap_readdir(DIR* dir) { return Fails("readdir") ? nullptr : __real_readdir(dir); }

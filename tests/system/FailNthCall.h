@@ -19,6 +19,12 @@ class FailNthCall {
   [[nodiscard]] bool Fired() const;
 };
 
+// Calls of open without O_CLOEXEC, since the program started.
+extern int openedForOthers;
+
+// The flags of the last call of msync.
+extern int syncFlags;
+
 // Done once after the next call of fstat that succeeds.
 extern std::function<void()> afterFstat;
 

@@ -2,11 +2,13 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/mman.h>
 #include <sys/mount.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <climits>
 #include <cstring>
@@ -21,6 +23,7 @@
 #include "support/CheckText.h"
 #include "support/EnvironmentKey.h"
 #include "support/ErrorText.h"
+#include "support/FailEachAllocation.h"
 #include "support/OrdinaryUser.h"
 #include "support/TempDir.h"
 #include "system/FailNthCall.h"
@@ -106,6 +109,70 @@ TEST(RemoveFileLogged, WritesOneLineForAFileThatStays) {
   EXPECT_EQ(log.substr(std::min<std::size_t>(19, log.size())), rest);
 }
 
+// What comes to a stream, and in how many pieces; without memory of its own.
+class Pieces : public std::streambuf {
+ public:
+  Pieces() { text_.reserve(4096); }
+  [[nodiscard]] const std::string& Text() const { return text_; }
+  [[nodiscard]] int Count() const { return count_; }
+  [[nodiscard]] int Flushes() const { return flushes_; }
+
+ protected:
+  std::streamsize xsputn(const char* text, std::streamsize size) override {
+    ++count_;
+    text_.append(text, static_cast<std::size_t>(size));
+    return size;
+  }
+  int_type overflow(int_type c) override {
+    const char byte = traits_type::to_char_type(c);
+    xsputn(&byte, 1);
+    return c;
+  }
+  int sync() override {
+    ++flushes_;
+    return 0;
+  }
+
+ private:
+  std::string text_;
+  int count_ = 0;
+  int flushes_ = 0;
+};
+
+TEST(RemoveFileLogged, WritesItsLineInOnePieceOrNotAtAll) {
+  const TempDir dir;
+  const SString file = Text(dir.File("file", ""));
+  Pieces pieces;
+  std::streambuf* const before = std::clog.rdbuf(&pieces);
+  const int failed = FailEachAllocation(
+      [&] {
+        const FailNthCall fault("unlink", 1, EBUSY);
+        EXPECT_EQ(RemoveFileLogged(file), 0);
+        EXPECT_EQ(errno, EBUSY);
+      },
+      [&] { EXPECT_EQ(pieces.Text(), ""); });
+  std::clog.rdbuf(before);
+  EXPECT_GE(failed, 1);
+  EXPECT_EQ(pieces.Count(), 1);
+  EXPECT_EQ(pieces.Flushes(), 1);
+  EXPECT_EQ(std::count(pieces.Text().begin(), pieces.Text().end(), '\n'), 1);
+  EXPECT_TRUE(pieces.Text().ends_with(std::string(":") + std::strerror(EBUSY) + '\n'))
+      << pieces.Text();
+}
+
+TEST(RemoveFileLogged, OfAFileThatNobodyCanLookAtIsSilent) {
+  const TempDir dir;
+  const SString file = Text(dir.File("file", ""));
+  EXPECT_EQ(LogText([&] {
+              // The directory test, then the one for a regular file.
+              const FailNthCall fault("stat", 2, EIO);
+              EXPECT_EQ(RemoveFileLogged(file + "/x"), 0);
+              EXPECT_EQ(errno, ENOTDIR);
+              EXPECT_TRUE(fault.Fired());
+            }),
+            "");
+}
+
 TEST(CloseFile, TellsWhetherItWasOpen) {
   const int fd = ::open("/dev/null", O_RDONLY | O_CLOEXEC);
   EXPECT_EQ(CloseFile(fd), 1);
@@ -177,6 +244,17 @@ TEST(CopyFile, KeepsTheOwnerWhereItMay) {
   EXPECT_EQ(status.st_gid, 2345U);
 }
 
+TEST(CopyFile, FollowsALink) {
+  const TempDir dir;
+  const std::string from = dir.File("from", "text");
+  ASSERT_EQ(::chmod(from.c_str(), 0640), 0);
+  ASSERT_EQ(::symlink("from", (dir / "link").c_str()), 0);
+  EXPECT_EQ(CopyFile(Text(dir / "link"), Text(dir / "to")), 1);
+  EXPECT_TRUE(fs::symlink_status(dir / "to").type() == fs::file_type::regular);
+  EXPECT_EQ(ReadText(dir / "to"), "text");
+  EXPECT_EQ(ModeOf(dir / "to"), 0640U);
+}
+
 TEST(CopyFile, ReplacesTheContentsOfAnExistingFile) {
   const TempDir dir;
   const std::string to = dir.File("to", "a longer text than before");
@@ -225,6 +303,9 @@ TEST(CopyFile, GoesOnWhereAFailureDoesNotCount) {
     EXPECT_EQ(errno, ENOTTY);
     EXPECT_TRUE(fault.Fired());
     EXPECT_TRUE(fs::exists(dir / "to"));
+    if (function == std::string("fchmod")) {
+      EXPECT_EQ(ModeOf(dir / "to"), 0600U) << "nobody else reads what is being copied";
+    }
   }
 }
 
@@ -233,6 +314,13 @@ TEST(CopyFile, OfWhatIsNotAsLongAsItSaysIsRemoved) {
   EXPECT_EQ(CopyFile("/proc/self/status", Text(dir / "to"), 0), 0);
   EXPECT_EQ(errno, EIO);
   EXPECT_FALSE(fs::exists(dir / "to"));
+  {
+    const FailNthCall fault("unlink", 1, EROFS);
+    EXPECT_EQ(CopyFile("/proc/self/status", Text(dir / "to"), 0), 0);
+    EXPECT_EQ(errno, EIO) << "not that of the clean-up";
+    EXPECT_TRUE(fault.Fired());
+    fs::remove(dir / "to");
+  }
   fs::create_directory(dir / "d");
   EXPECT_EQ(CopyFile(Text(dir / "d"), Text(dir.Path()), 0), 0);
   EXPECT_EQ(errno, EISDIR);
@@ -391,11 +479,31 @@ TEST(MapFileWrite, LeavesNoFileWhereACallFails) {
 TEST(MapFileWrite, GoesOnWhereTheSystemReservesNothing) {
   for (const int error : {EOPNOTSUPP, EINVAL, EINTR}) {
     const TempDir dir;
+    const NoDescriptorLeft check;
     const FailNthCall fault("posix_fallocate", 1, error);
     EXPECT_EQ(MapFileWrite(Text(dir / "file"), "text"), 1);
     EXPECT_EQ(ReadText(dir / "file"), "text");
     EXPECT_TRUE(fault.Fired());
   }
+}
+
+TEST(MapFileWrite, FailsWhereNoRoomIsReserved) {
+  for (const int error : {ENOSPC, EIO, EFBIG, EDQUOT}) {
+    const TempDir dir;
+    const NoDescriptorLeft check;
+    const FailNthCall fault("posix_fallocate", 1, error);
+    EXPECT_EQ(MapFileWrite(Text(dir / "file"), "text"), 0);
+    EXPECT_EQ(errno, error);
+    EXPECT_TRUE(fault.Fired());
+    EXPECT_TRUE(fs::is_empty(dir.Path()));
+  }
+}
+
+TEST(MapFileWrite, WaitsForTheDisk) {
+  const TempDir dir;
+  syncFlags = 0;
+  EXPECT_EQ(MapFileWrite(Text(dir / "file"), "text"), 1);
+  EXPECT_EQ(syncFlags, MS_SYNC);
 }
 
 TEST(MapFileWrite, OnAFullDiskSaysSo) {
@@ -407,6 +515,13 @@ TEST(MapFileWrite, OnAFullDiskSaysSo) {
   EXPECT_EQ(MapFileWrite(Text(dir / "large"), SString('x', 200'000)), 0);
   EXPECT_EQ(errno, ENOSPC);
   EXPECT_TRUE(fs::is_empty(dir.Path()));
+  {
+    const FailNthCall fault("unlink", 1, EIO);
+    EXPECT_EQ(MapFileWrite(Text(dir / "large"), SString('x', 200'000)), 0);
+    EXPECT_EQ(errno, ENOSPC) << "not that of the clean-up";
+    EXPECT_TRUE(fault.Fired());
+    fs::remove(dir / "large");
+  }
   EXPECT_EQ(MapFileWrite(Text(dir / "small"), SString('x', 20'000)), 1);
   EXPECT_EQ(::umount2(dir.Path().c_str(), MNT_DETACH), 0);
 }
