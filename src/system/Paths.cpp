@@ -4,6 +4,7 @@
 
 #include <array>
 #include <climits>
+#include <utility>
 
 inline namespace mailhearth {
 

@@ -13,6 +13,7 @@
 
 #include "support/CheckText.h"
 #include "support/EnvironmentKey.h"
+#include "support/FailEachAllocation.h"
 #include "system/Clock.h"
 
 // What the calendars show, as long as a test has them fail or differ.
@@ -21,6 +22,7 @@ namespace {
 const std::tm* utcStandIn = nullptr;
 const std::tm* localStandIn = nullptr;
 bool noCalendar = false;
+bool noLocalCalendar = false;
 bool noFormat = false;
 
 }  // namespace
@@ -35,6 +37,7 @@ std::tm* __wrap_gmtime(const std::time_t* time) {
 
 std::tm* __real_localtime(const std::time_t* time);
 std::tm* __wrap_localtime(const std::time_t* time) {
+  if (noLocalCalendar) return nullptr;
   return localStandIn == nullptr ? __real_localtime(time) : const_cast<std::tm*>(localStandIn);
 }
 
@@ -187,13 +190,39 @@ TEST(Dates, ReadTheClockOnce) {
 }
 
 TEST(Dates, ThatCannotBeMadeAreUndefined) {
-  for (bool* const fault : {&noCalendar, &noFormat}) {
+  for (bool* const fault : {&noCalendar, &noLocalCalendar, &noFormat}) {
     *fault = true;
     CheckUndefined(RFC822Date());
     CheckUndefined(MessageIdDate());
     CheckUndefined(LogFileDate());
     *fault = false;
   }
+}
+
+TEST(Dates, HoldAYearOfTenDigits) {
+  const At at("UTC0", 67'767'976'233'532'799);  // its last second
+  CheckText(LogFileDate(), "21474836471231235959+0000");
+  CheckText(MessageIdDate(), "21474836471231235959");
+  EXPECT_TRUE(RFC822Date().View().ends_with(" 31 Dec 2147483647 23:59:59 +0000"));
+  clockStandIn = 67'768'036'191'676'800;  // past what the number of a year holds
+  CheckUndefined(RFC822Date());
+  CheckUndefined(LogFileDate());
+}
+
+TEST(Dates, WithoutMemoryAreNotHalfMade) {
+  const At at("MEZ-1", kFifth);
+  SString mail, id, log;
+  const int failed = FailEachAllocation(
+      [&] {
+        mail = RFC822Date();
+        id = MessageIdDate();
+        log = LogFileDate();
+      },
+      [] {});
+  EXPECT_GE(failed, 3);
+  CheckText(mail, "Thu, 5 Nov 2026 09:07:03 +0100");
+  CheckText(id, "20261105080703");
+  CheckText(log, "20261105090703+0100");
 }
 
 // The names of all zones that the system knows.

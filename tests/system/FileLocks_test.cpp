@@ -2,6 +2,8 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/time.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -84,6 +86,80 @@ TEST(LockFile, LocksARange) {
   ::close(fd);
 }
 
+TEST(LockFile, CountsFromTheBeginningOfTheFile) {
+  const TempDir dir;
+  const SString path = Text(dir.File("lock", "0123456789"));
+  const int fd = ::open(path.Data(), O_RDWR | O_CLOEXEC);
+  ASSERT_EQ(::lseek(fd, 5, SEEK_SET), 5);
+  EXPECT_EQ(LockFile(fd, 0, 2, 1), fd);
+  EXPECT_TRUE(OtherGets(path, 0, 0, 2));
+  EXPECT_FALSE(OtherGets(path, 0, 2, 1));
+  EXPECT_TRUE(OtherGets(path, 0, 3, 0));
+  EXPECT_EQ(UnlockFile(fd, 2, 1), 1);
+  EXPECT_TRUE(OtherGets(path, 0));
+  ::close(fd);
+}
+
+TEST(LockFile, StaysOpenInTheProgramsThatTheProcessStarts) {
+  const TempDir dir;
+  const int fd = LockFile(Text(dir / "lock"));
+  EXPECT_EQ(::fcntl(fd, F_GETFD), 0);
+  ::close(fd);
+}
+
+// A signal every few milliseconds, which ends a wait but nothing else.
+class Ticking {
+ public:
+  Ticking() {
+    struct sigaction action = {};
+    action.sa_handler = [](int) {};
+    ::sigaction(SIGALRM, &action, &before_);
+    _Every(2000);
+  }
+  ~Ticking() {
+    _Every(0);
+    ::sigaction(SIGALRM, &before_, nullptr);
+  }
+  Ticking(const Ticking&) = delete;
+  Ticking& operator=(const Ticking&) = delete;
+
+ private:
+  static void _Every(int microseconds) {
+    const itimerval timer = {{0, microseconds}, {0, microseconds}};
+    ::setitimer(ITIMER_REAL, &timer, nullptr);
+  }
+
+  struct sigaction before_ = {};
+};
+
+TEST(LockFile, WaitsWhereItIsAskedTo) {
+  const TempDir dir;
+  const SString path = Text(dir / "lock");
+  const int fd = LockFile(path);
+  ASSERT_GE(fd, 0);
+  struct Row {
+    int flags;
+    int error;
+  };
+  constexpr Row kRows[] = {
+      {0, EAGAIN}, {kLockShared, EAGAIN}, {kLockWait, EINTR}, {kLockWait | kLockShared, EINTR}};
+  for (const Row& row : kRows) {
+    SCOPED_TRACE(row.flags);
+    EXPECT_TRUE(InAnotherProcess([&] {
+      const Ticking signals;
+      return LockFile(path, row.flags) == -1 && errno == row.error;
+    }));
+  }
+  for (const int exclusive : {0, 1}) {
+    EXPECT_TRUE(InAnotherProcess([&] {
+      const int other = ::open(path.Data(), O_RDWR | O_CLOEXEC);
+      const Ticking signals;
+      return db_lock_fd(other, exclusive) == 0 && errno == EINTR;
+    }));
+  }
+  ::close(fd);
+}
+
 TEST(LockFile, FailsWithTheReasonAndLeavesNoDescriptor) {
   const TempDir dir;
   const std::string file = dir.File("file", "");
@@ -108,6 +184,22 @@ TEST(LockFile, FailsWithTheReasonAndLeavesNoDescriptor) {
   EXPECT_EQ(errno, EBADF);
   EXPECT_EQ(db_lock_fd(-1, 1), 0);
   EXPECT_EQ(errno, EBADF);
+  {
+    const int fd = ::open(file.c_str(), O_RDWR | O_CLOEXEC);
+    for (const int error : {ENOLCK, EINTR, EDEADLK, EACCES, EAGAIN}) {
+      for (int (*const call)(int) : {+[](int to) { return LockFile(to) == -1 ? 0 : 1; },
+                                     +[](int to) { return UnlockFile(to, 1, 2); },
+                                     +[](int to) { return db_lock_fd(to, 0); }}) {
+        const FailNthCall fault("fcntl", 1, error);
+        EXPECT_EQ(call(fd), 0);
+        EXPECT_EQ(errno, error);
+        EXPECT_TRUE(fault.Fired());
+      }
+    }
+    ::close(fd);
+  }
+  EXPECT_EQ(LockFile(Text(file), 0, -1, 0), -1) << "before the beginning";
+  EXPECT_EQ(errno, EINVAL);
   EXPECT_EQ(OpenDescriptors(), open);
 }
 

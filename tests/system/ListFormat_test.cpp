@@ -6,6 +6,7 @@
 #include <string>
 
 #include "support/CheckText.h"
+#include "support/FailEachAllocation.h"
 
 namespace {
 
@@ -62,6 +63,27 @@ TEST(FormatList, LeavesTheCallersListAlone) {
   const SStringList words = {"one", "two"};
   static_cast<void>(FormatList(words, 80, 0, "\n"));
   EXPECT_EQ(words, (SStringList{"one", "two"}));
+}
+
+TEST(FormatList, LooksAtTheLineForTwoBlanksAndNotAtTheWord) {
+  CheckText(FormatList({"a.", "", "b"}, 80, 0, "\n"), "a.   b\n");
+  CheckText(FormatList({"", "b"}, 80, 0, "\n"), " b\n");
+  CheckText(FormatList({SString("a\0", 2), "b"}, 80, 0, "|"), std::string_view("a\0 b|", 5));
+}
+
+TEST(FormatList, OfEmptyWordsWithoutALineEndIsUndefined) {
+  CheckUndefined(FormatList({"", SString()}, 0, 0, ""));
+  CheckText(FormatList({""}, 1, 0, "\n"), "\n");
+}
+
+TEST(Format, WithoutMemoryLeavesTheTextAsItWas) {
+  const SString text("The queue is full. Try again.");
+  SString lines;
+  CheckText(Format(text, 9, 1, "\n"), " The\n queue\n is\n full.\n Try\n again.\n");
+  EXPECT_GE(FailEachAllocation([&] { lines = Format(text, 16, 2, "\n"); },
+                               [&] { CheckText(text, "The queue is full. Try again."); }),
+            5);
+  CheckText(lines, "  The queue is\n  full.  Try\n  again.\n");
 }
 
 TEST(Format, TakesTheWordsOfAText) {

@@ -8,7 +8,9 @@
 #include <string>
 
 #include "support/CheckText.h"
+#include "support/FailEachAllocation.h"
 #include "support/TempDir.h"
+#include "system/FailNthCall.h"
 
 namespace {
 
@@ -60,6 +62,25 @@ TEST(RealPath, OfWhatIsNotThereIsThePathItself) {
   const SString endless('x', 100'000);
   EXPECT_EQ(RealPath(endless), endless);
   EXPECT_EQ(errno, ENAMETOOLONG);
+  for (const int error : {EACCES, EIO, ELOOP, ENOMEM}) {
+    const FailNthCall fault("realpath", 1, error);
+    CheckText(RealPath("/."), "/.");
+    EXPECT_EQ(errno, error);
+  }
+}
+
+TEST(Paths, WithoutMemoryAreNotCut) {
+  const SString name("a long name of a directory/a long name of a file");
+  SString path, file;
+  EXPECT_GE(FailEachAllocation(
+                [&] {
+                  path = PathFromFilename(name);
+                  file = FileFromFilename(name);
+                },
+                [] {}),
+            2);
+  CheckText(path, "a long name of a directory");
+  CheckText(file, "a long name of a file");
 }
 
 }  // namespace
