@@ -7,8 +7,8 @@
 #include <algorithm>
 #include <cerrno>
 #include <filesystem>
-#include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "support/CheckText.h"
@@ -134,6 +134,22 @@ TEST(FileFaults, MemoryThatRunsOutLeavesNothingBehind) {
                                           });
     EXPECT_GE(failed, 1) << "the copy of the path";
     EXPECT_EQ(Below(at.dir), operation.after);
+  }
+}
+
+TEST(FileFaults, WhatWasBegunIsRemovedWithoutMemory) {
+  const std::pair<int (*)(Place&), const char*> rows[] = {{DoCopyFile, "read"},
+                                                          {DoMapFileWrite, "msync"}};
+  for (const auto& [run, function] : rows) {
+    SCOPED_TRACE(function);
+    Place at;
+    const auto work = [&, run = run, function = function] {
+      const FailNthCall fault(function, 1, EIO);
+      EXPECT_EQ(run(at), 0);
+      EXPECT_EQ(errno, EIO);
+    };
+    EXPECT_GE(FailEachAllocation(work, [&] { EXPECT_EQ(Below(at.dir), kBefore); }), 1);
+    EXPECT_EQ(Below(at.dir), kBefore);
   }
 }
 
