@@ -70,13 +70,25 @@ TEST(GetCutInfo, OfTheEmptyKeyIsTheRestBehindTheFirstBlankOfALine) {
 
 TEST(GetCutInfo, LooksAtNoMoreThanTheKey) {
   const TempDir dir;
-  dir.File(".cut", std::string("a\0b 1\na 2\n.* 3\nx\vy\f4\n", 22));
+  dir.File(".cut", std::string("a\0b 1\na 2\n.* 3\n", 16));
   WithCutFile(dir, [] {
     CheckText(GetCutInfo("a"), "2");
     CheckText(GetCutInfo(SString("a\0b", 3)), "1");
     CheckText(GetCutInfo(".*"), "3");
     CheckText(GetCutInfo("."), "Undefined");
-    CheckText(GetCutInfo("x"), "y\f4");
+  });
+}
+
+TEST(GetCutInfo, TakesAnyWhiteSpaceForTheEndOfAKey) {
+  const TempDir dir;
+  dir.File(".cut", "a b\nb\tc\nc\vd\nd\fe\ne\rf\nf-g\n");
+  WithCutFile(dir, [] {
+    for (const char* const key : {"a", "b", "c", "d", "e"}) {
+      const char next[] = {static_cast<char>(*key + 1), '\0'};
+      CheckText(GetCutInfo(key), next);
+    }
+    CheckText(GetCutInfo("f"), "Undefined");
+    CheckUndefined(GetCutInfo("f-g"));
   });
 }
 
