@@ -1,7 +1,9 @@
 // Every operation on files, with each of its system calls and of its allocations failing in
 // turn: what it answers, and what it leaves behind.
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -110,6 +112,23 @@ TEST(FileFaults, WithoutThemEachOperationTakesPathsThatEndWithoutANul) {
     EXPECT_EQ(OpenDescriptors(), open);
     EXPECT_EQ(Below(at.dir), operation.after);
   }
+}
+
+TEST(FileFaults, WithoutThemDescriptorZeroIsLikeAnyOther) {
+  const pid_t child = ::fork();
+  if (child == 0) {
+    for (const Operation& operation : kOperations) {
+      SCOPED_TRACE(operation.name);
+      Place at;
+      ::close(0);
+      EXPECT_EQ(operation.run(at), 1);
+      EXPECT_EQ(::fcntl(0, F_GETFD), -1) << "left open";
+    }
+    ::_exit(testing::Test::HasFailure() ? 1 : 0);
+  }
+  int status = -1;
+  ::waitpid(child, &status, 0);
+  EXPECT_EQ(status, 0);
 }
 
 TEST(FileFaults, NoProgramSeesADescriptorThatNobodyGets) {
