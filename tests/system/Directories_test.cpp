@@ -122,7 +122,9 @@ TEST(CreateDirectory, MakesOne) {
   const TempDir dir;
   const mode_t before = ::umask(022);
   EXPECT_EQ(CreateDirectory(Text(dir / "d"), 0777), 1);
+  EXPECT_EQ(CreateDirectory(Text(dir / "theirs"), 0070), 1);
   ::umask(before);
+  EXPECT_EQ(fs::status(dir / "theirs").permissions(), fs::perms(0050));
   EXPECT_EQ(fs::status(dir / "d").permissions(), fs::perms(0755));
   EXPECT_EQ(CreateDirectory(Text(dir / "d"), 0777), 0);
   EXPECT_EQ(errno, EEXIST);

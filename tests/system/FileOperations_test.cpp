@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <climits>
+#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
@@ -321,6 +322,12 @@ TEST(CopyFile, OfWhatIsNotAsLongAsItSaysIsRemoved) {
     EXPECT_TRUE(fault.Fired());
     fs::remove(dir / "to");
   }
+  {
+    const FailNthCall fault("write", 1, ENOSPC);
+    EXPECT_EQ(CopyFile("/proc/self/status", Text(dir / "to"), 0), 0);
+    EXPECT_EQ(errno, EIO) << "writes do not count";
+    EXPECT_TRUE(fault.Fired());
+  }
   fs::create_directory(dir / "d");
   EXPECT_EQ(CopyFile(Text(dir / "d"), Text(dir.Path()), 0), 0);
   EXPECT_EQ(errno, EISDIR);
@@ -417,6 +424,24 @@ TEST(MapFileRead, WithoutTheRightIsUndefined) {
       Text(path)));
 }
 
+TEST(MapFileRead, OfATerminalDoesNotTakeItOver) {
+  const int master = ::posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);
+  if (master < 0 || ::grantpt(master) != 0 || ::unlockpt(master) != 0) {
+    GTEST_SKIP() << "no terminals here";
+  }
+  const SString terminal(::ptsname(master));
+  const pid_t child = ::fork();
+  if (child == 0) {
+    ::setsid();  // without a terminal: the next one opened would become its own
+    const bool refused = !MapFileRead(terminal).Defined() && errno == EINVAL;
+    ::_exit(refused && ::open("/dev/tty", O_RDONLY | O_CLOEXEC) == -1 ? 0 : 1);
+  }
+  int status = -1;
+  ::waitpid(child, &status, 0);
+  EXPECT_EQ(status, 0);
+  ::close(master);
+}
+
 TEST(MapFileWrite, MakesAFileThatReadsBack) {
   const TempDir dir;
   const NoDescriptorLeft check;
@@ -485,6 +510,13 @@ TEST(MapFileWrite, GoesOnWhereTheSystemReservesNothing) {
     EXPECT_EQ(ReadText(dir / "file"), "text");
     EXPECT_TRUE(fault.Fired());
   }
+}
+
+TEST(MapFileWrite, ReservesNoRoomForNothing) {
+  const TempDir dir;
+  const FailNthCall fault("posix_fallocate", 1, EIO);
+  EXPECT_EQ(MapFileWrite(Text(dir / "file"), ""), 1);
+  EXPECT_FALSE(fault.Fired());
 }
 
 TEST(MapFileWrite, FailsWhereNoRoomIsReserved) {
