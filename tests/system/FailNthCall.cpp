@@ -147,6 +147,12 @@ char* __wrap_realpath(const char* path, char* out) {
   return Fails("realpath") ? nullptr : __real_realpath(path, out);
 }
 
+// What a hardened build calls in its place.
+char* __real___realpath_chk(const char* path, char* out, std::size_t size);
+char* __wrap___realpath_chk(const char* path, char* out, std::size_t size) {
+  return Fails("realpath") ? nullptr : __real___realpath_chk(path, out, size);
+}
+
 dirent* __real_readdir(DIR* dir);
 dirent* __wrap_readdir(DIR* dir) { return Fails("readdir") ? nullptr : __real_readdir(dir); }
 

@@ -66,6 +66,7 @@ TEST(RealPath, OfWhatIsNotThereIsThePathItself) {
     const FailNthCall fault("realpath", 1, error);
     CheckText(RealPath("/."), "/.");
     EXPECT_EQ(errno, error);
+    EXPECT_TRUE(fault.Fired());
   }
 }
 
