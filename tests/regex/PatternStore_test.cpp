@@ -3,13 +3,13 @@
 #include <gtest/gtest.h>
 
 #include <memory>
-#include <new>
 #include <string>
 #include <vector>
 
 #include "strings/SString.h"
 #include "support/CountedNew.h"
 #include "support/ErrorText.h"
+#include "support/FailEachAllocation.h"
 
 namespace {
 
@@ -142,15 +142,8 @@ TEST(PatternStore, AllMayBeInUse) {
 
 TEST(PatternStore, AFailedCompilationIsNotKept) {
   const std::string text = Fresh("fail(e)d+");
-  for (int n = 0;; ++n) {
-    try {
-      const FailNthAllocation fault(n);
-      const CompiledPattern pattern(text, nullptr);
-      if (!fault.Fired()) break;
-    } catch (const std::bad_alloc&) {
-    }
-    EXPECT_EQ(Store().Find(text, false), nullptr);
-  }
+  FailEachAllocation([&] { const CompiledPattern pattern(text, nullptr); },
+                     [&] { EXPECT_EQ(Store().Find(text, false), nullptr); });
   EXPECT_NE(Store().Find(text, false), nullptr);
 }
 

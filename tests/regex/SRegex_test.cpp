@@ -5,7 +5,7 @@
 #include <iomanip>
 #include <iostream>
 #include <limits>
-#include <new>
+#include <memory>
 #include <string>
 #include <type_traits>
 #include <utility>
@@ -17,6 +17,7 @@
 #include "support/CountedNew.h"
 #include "support/ErrorText.h"
 #include "support/ExactInput.h"
+#include "support/FailEachAllocation.h"
 #include "support/SStringListPeek.h"
 
 namespace {
@@ -365,18 +366,13 @@ TEST(SRegex, ASearchAllocatesNothing) {
 
 TEST(SRegex, AFailedCompilationLeavesNothingBehind) {
   const SString pattern("n(e)w+");
-  for (int n = 0;; ++n) {
-    SRegex re("old");
-    try {
-      const FailNthAllocation fault(n);
-      re.Set(pattern);
-      if (!fault.Fired()) break;
-    } catch (const std::bad_alloc&) {
-    }
-    CheckUnusable(re);
-    EXPECT_EQ(re.Set("n(e)w+"), 0);
-    EXPECT_TRUE(re.HasMatch("neww"));
-  }
+  FailEachAllocation([] { return std::make_unique<SRegex>("old"); },
+                     [&](const auto& re) { re->Set(pattern); },
+                     [](const auto& re) {
+                       CheckUnusable(*re);
+                       EXPECT_EQ(re->Set("n(e)w+"), 0);
+                       EXPECT_TRUE(re->HasMatch("neww"));
+                     });
 }
 
 }  // namespace

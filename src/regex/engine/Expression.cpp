@@ -1,6 +1,5 @@
 #include "Expression.h"
 
-#include <new>
 #include <optional>
 #include <utility>
 
@@ -28,16 +27,13 @@ Expression::~Expression() = default;
 
 std::unique_ptr<Expression> Expression::Compile(std::string_view pattern, bool ignoreCase,
                                                 int& status) {
-  try {
-    auto parts = std::make_unique<Parts>();
-    status = Parse(pattern, ignoreCase, parts->tree);
-    if (status == 0) status = parts->program.Make(parts->tree);
-    if (status != 0) return nullptr;
-    return std::unique_ptr<Expression>(new Expression(std::move(parts)));
-  } catch (const std::bad_alloc&) {
-    status = REG_ESPACE;
-    return nullptr;
-  }
+  auto parts = std::make_unique<Parts>();
+  int error = Parse(pattern, ignoreCase, parts->tree);
+  if (error == 0) error = parts->program.Make(parts->tree);
+  std::unique_ptr<Expression> result;
+  if (error == 0) result.reset(new Expression(std::move(parts)));
+  status = error;  // not before: what throws leaves it
+  return result;
 }
 
 int Expression::GroupCount() const { return parts_->tree.groups; }

@@ -28,7 +28,8 @@
 // set, branch and repetition, bounds written out; a pattern that needs more is refused with
 // REG_ESPACE.
 //
-// A search that finds no memory throws std::bad_alloc; the expression can still be used.
+// A compilation or a search that finds no memory throws std::bad_alloc, rather than let
+// everything through by matching nothing; an expression can still be used.
 //
 // Not for use between threads: a search writes to the expression's caches.
 
