@@ -33,19 +33,20 @@ int Discard(const SString& path) {
   return 0;
 }
 
-// Copies until a read gives nothing. Returns the number of bytes read, whatever became of
-// them.
-std::int64_t CopyBytes(const Descriptor& from, const Descriptor& to) {
+// Copies until a read gives nothing, or has given more than `size` bytes, as an endless device
+// would for ever. Returns the number of bytes read, whatever became of them.
+std::int64_t CopyBytes(const Descriptor& from, const Descriptor& to, std::int64_t size) {
   std::array<char, 20480> block;
   std::int64_t count = 0;
-  for (;;) {
+  while (count <= size) {
     const ssize_t got = ::read(from.Get(), block.data(), sizeof block);
-    if (got <= 0) return count;
+    if (got <= 0) break;
     count += got;
     const ErrnoKeeper keep;
     const ssize_t written = ::write(to.Get(), block.data(), static_cast<std::size_t>(got));
     static_cast<void>(written);  // not looked at: known and kept
   }
+  return count;
 }
 
 // Reads the first `size` bytes of a file. Undefined, with EIO, when it has fewer by now.
@@ -142,7 +143,7 @@ int CopyFile(const SString& from, const SString& to, unsigned int /*mode*/) {
   if (!out.IsOpen()) return 0;
   const int before = errno;
   errno = EIO;  // unless a read fails with a reason of its own
-  const std::int64_t count = CopyBytes(in, out);
+  const std::int64_t count = CopyBytes(in, out, status.st_size);
   if (count == status.st_size) {
     // Through the descriptor: the name may be somebody else's by now. Best effort.
     static_cast<void>(::fchmod(out.Get(), status.st_mode & kPermissions));
