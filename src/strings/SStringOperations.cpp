@@ -11,48 +11,6 @@
 
 inline namespace mailhearth {
 
-namespace {
-
-// Eight bytes at a time, as a number.
-constexpr std::size_t kWord = sizeof(std::uint64_t);
-
-constexpr std::uint64_t InEachByte(std::uint64_t byte) { return byte * 0x0101010101010101; }
-
-// The letters A to Z among the bytes of a word in lower case. Sums of 7-bit bytes carry
-// into the eighth bit only, which so tells where a byte is at or above a bound.
-constexpr std::uint64_t LowerWord(std::uint64_t word) {
-  constexpr std::uint64_t kHigh = InEachByte(0x80);
-  const std::uint64_t low = word & ~kHigh;
-  const std::uint64_t fromA = low + InEachByte(0x80 - 'A');
-  const std::uint64_t pastZ = low + InEachByte(0x80 - 'Z' - 1);
-  return word | ((fromA & ~pastZ & ~word & kHigh) >> 2);
-}
-
-static_assert(LowerWord(0x40415A5B61C1DA00) == 0x40617A5B61C1DA00);
-
-std::uint64_t WordAt(const char* bytes) {
-  std::uint64_t word;
-  std::memcpy(&word, bytes, kWord);
-  return word;
-}
-
-// Needs: equal sizes.
-bool EqualNoCase(std::string_view a, std::string_view b) {
-  const auto equalAt = [&](std::size_t i) {
-    return LowerWord(WordAt(a.data() + i)) == LowerWord(WordAt(b.data() + i));
-  };
-  if (a.size() < kWord) {
-    return std::equal(a.begin(), a.end(), b.begin(),
-                      [](char x, char y) { return LowerByte(x) == LowerByte(y); });
-  }
-  for (std::size_t i = 0; i + kWord < a.size(); i += kWord) {
-    if (!equalAt(i)) return false;
-  }
-  return equalAt(a.size() - kWord);  // the last word, part of it once more
-}
-
-}  // namespace
-
 char* SString::GetBuf() const {
   char* const copy = new (std::nothrow) char[static_cast<std::size_t>(Length()) + 1];
   if (copy != nullptr) copy[View().copy(copy, View().size())] = '\0';

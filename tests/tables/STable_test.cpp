@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <iterator>
 #include <map>
 #include <memory>
@@ -15,6 +16,7 @@
 #include "strings/SFixedString.h"
 #include "support/CheckText.h"
 #include "support/CountedNew.h"
+#include "support/ExactInput.h"
 #include "support/FailEachAllocation.h"
 #include "support/Growth.h"
 #include "support/SStringListPeek.h"
@@ -75,6 +77,23 @@ TEST(STable, TheHashReadsBytesUnsignedAndWraps) {
   EXPECT_EQ(STablePeek::Hash("\xFF"), 255u);
   EXPECT_EQ(STablePeek::Hash("\xC4"), 0xC4u);
   EXPECT_EQ(STablePeek::Hash(std::string(7, '\xFF')), 0x12AC9859u);
+}
+
+TEST(STable, TheHashIsTheSameByteByByte) {
+  std::mt19937 random(1);
+  for (std::size_t size = 0; size < 50; ++size) {
+    for (int round = 0; round < 100; ++round) {
+      std::string key(size, '\0');
+      std::uint32_t expected = 0;
+      for (char& c : key) {
+        const auto byte = static_cast<unsigned char>(random());
+        const bool upper = byte >= 'A' && byte <= 'Z';
+        expected = expected * 33 + byte + (upper ? 'a' - 'A' : 0u);
+        c = static_cast<char>(byte);
+      }
+      EXPECT_EQ(STablePeek::Hash(ExactInput(key).View()), expected) << size;
+    }
+  }
 }
 
 // --- Buckets ------------------------------------------------------------------------------
