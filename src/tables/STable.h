@@ -63,7 +63,7 @@ struct MAILHEARTH_EXPORT STableItem {
   SString key;                      // as it was added last
   std::uint32_t hash = 0;           // of the key
 
-  STableItem() = default;
+  STableItem();
   STableItem(const STableItem&) = delete;
   STableItem& operator=(const STableItem&) = delete;
   virtual ~STableItem();

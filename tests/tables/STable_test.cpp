@@ -96,6 +96,16 @@ TEST(STable, TheHashIsTheSameByteByByte) {
   }
 }
 
+// --- Entries ------------------------------------------------------------------------------
+
+TEST(STable, AnEntryHasAnUndefinedKeyOfItsOwnUntilItIsAdded) {
+  Numbered one(1), two(2);
+  EXPECT_FALSE(one.key.Defined());
+  one.key += "x";
+  CheckText(one.key, "x");
+  EXPECT_FALSE(two.key.Defined());
+}
+
 // --- Buckets ------------------------------------------------------------------------------
 
 TEST(STable, IsMadeWithTheBucketsAskedFor) {
