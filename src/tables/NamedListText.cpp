@@ -49,14 +49,19 @@ class Lines {
 }  // namespace
 
 SString& operator<<(SString& text, const SNamedStringList& list) {
-  const SString end(LineEnd(list));
-  const SStringList names = list.Keys();
+  const std::string_view end = LineEnd(list);
   SString form;  // of its own: `text` may be a value of the list
-  for (const SString& name : names) {
-    const SString head = name + ' ';
-    form += head;
-    form += list.Get(name).Join(end + head);
+  const auto append = [&](const SString& name, const SString& value) {
+    form += name;
+    form += ' ';
+    form += value;
     form += end;
+  };
+  const SStringList names = list.Keys();
+  for (const SString& name : names) {
+    const SStringList values = list.Get(name);
+    for (const SString& value : values) append(name, value);
+    if (values.Count() == 0) append(name, {});
   }
   if (text.Length() > 0) return text += form;
   return form.Length() > 0 ? text = form : text;
