@@ -9,6 +9,7 @@ install(DIRECTORY "${PROJECT_SOURCE_DIR}/src/"
   PATTERN "Bytes.h" EXCLUDE
   PATTERN "Descriptor.h" EXCLUDE
   PATTERN "ErrnoKeeper.h" EXCLUDE
+  PATTERN "LoopbackSocket.h" EXCLUDE
   PATTERN "Options.h" EXCLUDE
   PATTERN "PatternStore.h" EXCLUDE
   PATTERN "Replacement.h" EXCLUDE

@@ -7,6 +7,9 @@
 
 #include "lists/SStringItem.h"        // nodes of lists
 #include "lists/SStringList.h"        // lists of strings
+#include "queue/SControl.h"           // control records of queued messages
+#include "queue/SField.h"             // named lists in files
+#include "queue/SModule.h"            // what the queue knows of a module
 #include "regex/Grep.h"               // what Grep says of a test in error
 #include "regex/SPerlRegex.h"         // patterns in a Perl-like dialect
 #include "regex/SRegex.h"             // POSIX patterns

@@ -1,6 +1,7 @@
 #include "Directories.h"
 
 #include <dirent.h>
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -8,6 +9,7 @@
 #include <memory>
 #include <string_view>
 
+#include "Descriptor.h"
 #include "ErrnoKeeper.h"
 #include "FileStatus.h"
 
@@ -111,6 +113,11 @@ int RemoveDir(const SString& path) {
   const bool slash = path[-1] == '/';
   const SString dir = slash ? path.Segment(0, path.Length() - 1) : path;
   return NeedDirectory(dir) && ::rmdir(Terminated(dir).Data()) == 0;
+}
+
+int SyncDir(const SString& path) {
+  const Descriptor dir(::open(Terminated(path).Data(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  return dir.IsOpen() && ::fsync(dir.Get()) == 0;
 }
 
 int Chdir(const SString& path) {

@@ -1,4 +1,4 @@
-// Directories: listing, making, removing, going there.
+// Directories: listing, making, removing, syncing, going there.
 //
 // Where nothing else is said, 1 means done, and 0 not done, errno then telling why. A directory
 // asked for may be a link to one. An undefined path is the empty one, which names nothing
@@ -35,6 +35,10 @@ MAILHEARTH_EXPORT int MakeDir(const SString& path, unsigned long mode);
 // Removes an empty directory. One slash at the end of `path` does not count. A link to a
 // directory is refused (ENOTDIR).
 MAILHEARTH_EXPORT int RemoveDir(const SString& path);
+
+// Has the disk hold the entries of a directory as they are now: what was made, renamed or
+// removed in it before survives a power cut.
+MAILHEARTH_EXPORT int SyncDir(const SString& path);
 
 // Makes `path` the working directory of the process.
 MAILHEARTH_EXPORT int Chdir(const SString& path);

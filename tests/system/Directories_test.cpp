@@ -9,6 +9,7 @@
 #include <cerrno>
 #include <filesystem>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "support/OrdinaryUser.h"
@@ -282,6 +283,27 @@ TEST(Chdir, GoesToADirectory) {
   EXPECT_EQ(Chdir("/"), 0);
   EXPECT_EQ(errno, EACCES);
   EXPECT_TRUE(fs::equivalent(fs::current_path(), dir.Path()));
+}
+
+TEST(SyncDir, OpensSyncsAndCloses) {
+  const TempDir dir;
+  const int open = OpenDescriptors();
+  const RecordCalls recorded;
+  EXPECT_EQ(SyncDir(Text(dir.Path())), 1);
+  EXPECT_EQ(recorded.Calls(), (std::vector<std::string>{"open", "fsync " + dir.Path(), "close"}));
+  const std::pair<SString, int> rows[] = {
+      {SString(), ENOENT}, {Text(dir / "x"), ENOENT}, {Text(dir.File("file", "")), ENOTDIR}};
+  for (const auto& [path, error] : rows) {
+    EXPECT_EQ(SyncDir(path), 0);
+    EXPECT_EQ(errno, error);
+  }
+  for (const auto& [function, error] : {std::pair("open", EMFILE), {"fsync", EIO}}) {
+    const FailNthCall fault(function, 1, error);
+    EXPECT_EQ(SyncDir(Text(dir.Path())), 0);
+    EXPECT_EQ(errno, error);
+    EXPECT_TRUE(fault.Fired());
+  }
+  EXPECT_EQ(OpenDescriptors(), open);
 }
 
 }  // namespace

@@ -2,13 +2,17 @@
 
 #include <dirent.h>
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/mman.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <array>
 #include <cerrno>
 #include <cstdarg>
 #include <cstdio>
+#include <initializer_list>
 #include <utility>
 
 int openedForOthers = 0;
@@ -23,8 +27,14 @@ struct {
   int error = 0;
 } fault;
 
-// Whether this call is the one that fails.
-bool Fails(const char* function) {
+std::vector<std::string>* calls = nullptr;  // where they are kept; null for nowhere
+
+// Whether this call is the one that fails. Allocates only where calls are kept.
+bool Fails(const char* function, std::initializer_list<const char*> paths = {}) {
+  if (calls != nullptr) {
+    std::string& call = calls->emplace_back(function);
+    for (const char* const path : paths) call.append(" ").append(path);
+  }
   if (fault.left <= 0 || (!fault.function.empty() && fault.function != function)) return false;
   if (--fault.left > 0) return false;
   fault.left = -1;
@@ -39,6 +49,9 @@ FailNthCall::FailNthCall(std::string function, int n, int error) {
 }
 FailNthCall::~FailNthCall() { fault = {}; }
 bool FailNthCall::Fired() const { return fault.left < 0; }
+
+RecordCalls::RecordCalls() { calls = &calls_; }
+RecordCalls::~RecordCalls() { calls = nullptr; }
 
 // A function of the C library that fails with -1.
 #define STAND_IN(name, parameters, ...) \
@@ -56,7 +69,6 @@ STAND_IN(mkdir, (const char* path, mode_t mode), path, mode)
 STAND_IN(rmdir, (const char* path), path)
 STAND_IN(chdir, (const char* path), path)
 STAND_IN(unlink, (const char* path), path)
-STAND_IN(rename, (const char* from, const char* to), from, to)
 STAND_IN(link, (const char* from, const char* to), from, to)
 STAND_IN(fchmod, (int fd, mode_t mode), fd, mode)
 STAND_IN(fchown, (int fd, uid_t user, gid_t group), fd, user, group)
@@ -74,6 +86,38 @@ int __real_msync(void* data, std::size_t size, int flags);
 int __wrap_msync(void* data, std::size_t size, int flags) {
   syncFlags = flags;
   return Fails("msync") ? -1 : __real_msync(data, size, flags);
+}
+
+STAND_IN(socket, (int domain, int type, int protocol), domain, type, protocol)
+STAND_IN(bind, (int fd, const sockaddr* address, socklen_t size), fd, address, size)
+STAND_IN(getsockname, (int fd, sockaddr* address, socklen_t* size), fd, address, size)
+STAND_IN(ppoll, (pollfd * fds, nfds_t n, const timespec* limit, const sigset_t* mask), fds, n,
+         limit, mask)
+
+int __real_rename(const char* from, const char* to);
+int __wrap_rename(const char* from, const char* to) {
+  return Fails("rename", {from, to}) ? -1 : __real_rename(from, to);
+}
+
+int __real_fsync(int fd);
+int __wrap_fsync(int fd) {
+  std::array<char, 4096> path = {};
+  std::array<char, 40> link;
+  std::snprintf(link.data(), link.size(), "/proc/self/fd/%d", fd);
+  const ssize_t length = ::readlink(link.data(), path.data(), path.size() - 1);
+  return length < 0 || Fails("fsync", {path.data()}) ? -1 : __real_fsync(fd);
+}
+
+ssize_t __real_sendto(int fd, const void* data, std::size_t size, int flags, const sockaddr* to,
+                      socklen_t toSize);
+ssize_t __wrap_sendto(int fd, const void* data, std::size_t size, int flags, const sockaddr* to,
+                      socklen_t toSize) {
+  return Fails("sendto") ? -1 : __real_sendto(fd, data, size, flags, to, toSize);
+}
+
+ssize_t __real_recv(int fd, void* out, std::size_t size, int flags);
+ssize_t __wrap_recv(int fd, void* out, std::size_t size, int flags) {
+  return Fails("recv") ? -1 : __real_recv(fd, out, size, flags);
 }
 
 // These fail, but do their work: what they release is gone.

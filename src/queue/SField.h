@@ -1,0 +1,91 @@
+// SField is a named list that lives in a file: it reads the whole file into the list and
+// writes the whole list back. The text form is that of SNamedStringList.
+//
+//   SField record(1, 0);                         // names compare exactly, lines end in \n
+//   if (!record.Read(path)) Complain(GetErrorString());
+//   record["Trace:"].Push("router");
+//   if (!record.Write()) Complain(GetErrorString());
+//
+// A file is replaced by writing another beside it, named like it with ".temp" behind, and
+// renaming that into place. Readers see the old contents or the new ones, whenever they look
+// and whenever the writer stops. The contents are on the disk before the rename, and the
+// directory is synced after it: what Write() calls written survives a power cut.
+//
+// Nothing is locked. Of two processes that write the same file at the same time, the one
+// whose rename comes last has written it; one that finds the other's ".temp" removes it and
+// fails. Let one process at a time write a file: while three do, the remains of one may be
+// renamed by another.
+//
+// Results are 1 for success and 0 for failure, errno then being that of the call that failed
+// first. When memory runs out while a file is read, the list holds a part of it.
+//
+// Values are stored as they are. IsFieldValue (Checks.h) tells whether a value reads back as
+// it was written, and not as further fields.
+
+#ifndef MAILHEARTH_QUEUE_SFIELD_H
+#define MAILHEARTH_QUEUE_SFIELD_H
+
+#include "../strings/Export.h"
+#include "../strings/SString.h"
+#include "../tables/SNamedStringList.h"
+
+inline namespace mailhearth {
+
+class MAILHEARTH_EXPORT SField : public virtual SNamedStringList {
+ public:
+  // An empty list with these two flags, which has no file.
+  SField(unsigned caseSensitive, unsigned crlf);
+
+  SField(const SField& other) = default;
+
+  // Takes over the list, the file name and whether it was read or written.
+  SField& operator=(const SField& other);
+  ~SField() override;
+
+  // The path of the file; empty for none.
+  [[nodiscard]] virtual SString GetFilename() const;
+  virtual void PutFilename(const SString& name);
+
+  // Replaces the list by what is in the file. Fails when that is not a regular file, and
+  // changes nothing then; an empty file has an empty list. Sets Error() to 0. Without a file
+  // name errno is ENOENT.
+  [[nodiscard]] virtual int Read();
+
+  // The same for the file at `name`, which is the record's file from then on.
+  [[nodiscard]] virtual int Read(const SString& name);
+
+  // Replaces the file by the list, or makes it. On failure the file is as it was, and no
+  // ".temp" is left, not even one that was there before; but a directory of that name stays.
+  // Without a file name, Error() is set to -11 and errno is ENOENT; a name with a NUL in it
+  // is refused (EINVAL).
+  [[nodiscard]] virtual int Write();
+
+  // The same for the file at `name`, which is the record's file from then on.
+  [[nodiscard]] virtual int Write(const SString& name);
+
+  // For a derived class that holds a lock on its file: does nothing here.
+  virtual void UnlockFile();
+
+  // The last error, as Read() and Write() set it.
+  [[nodiscard]] int Error() const { return error_; }
+
+  // 1 once the record has been read or written, else 0.
+  [[nodiscard]] int Loaded() const { return loaded_; }
+
+ protected:
+  void _PutLoaded(int loaded) { loaded_ = loaded; }
+
+  // The directory of messages below the value that Mailhearth had when this object was made,
+  // a slash at its end.
+  [[nodiscard]] const SString& _MessageDir() const { return messageDir_; }
+
+ private:
+  SString filename_;
+  int error_ = 0;
+  SString messageDir_;
+  int loaded_ = 0;
+};
+
+}  // namespace mailhearth
+
+#endif  // MAILHEARTH_QUEUE_SFIELD_H
