@@ -7,9 +7,12 @@
 
 #include "lists/SStringItem.h"        // nodes of lists
 #include "lists/SStringList.h"        // lists of strings
+#include "queue/Checks.h"             // what may go into the queue
+#include "queue/ErrorRecords.h"       // errors told through the queue
 #include "queue/SControl.h"           // control records of queued messages
 #include "queue/SField.h"             // named lists in files
 #include "queue/SModule.h"            // what the queue knows of a module
+#include "queue/SRequest.h"           // questions to other modules
 #include "regex/Grep.h"               // what Grep says of a test in error
 #include "regex/SPerlRegex.h"         // patterns in a Perl-like dialect
 #include "regex/SRegex.h"             // POSIX patterns

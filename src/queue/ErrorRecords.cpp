@@ -1,0 +1,90 @@
+#include "ErrorRecords.h"
+
+#include <cerrno>
+#include <ostream>
+
+#include "../strings/StandardError.h"
+#include "../system/Dates.h"
+#include "../system/Environment.h"
+
+inline namespace mailhearth {
+
+namespace {
+
+constexpr char kErrorHandler[] = "Error-Handler";
+
+// What is told of an error, taken before anything changes errno or the record, whose texts
+// may be among it.
+struct Report {
+  int number;
+  SString summary;
+  SStringList text;
+};
+
+Report MakeReport(int number, const SString& context, const SString& message,
+                  const SStringList& text) {
+  return {number, GetEnv("ModuleName") + ":" + message + " (" + context + ")", text};
+}
+
+void PutReport(SControl& record, const Report& report) {
+  record["Error:"] = report.summary;
+  record["Error-Text:"] = report.text;
+  record.Delete("Error-Number:");  // of an error before
+  record.Delete("Error-Systext:");
+  if (report.number == 0) return;
+  record["Error-Number:"] = SString(report.number);
+  record["Error-Systext:"] = GetErrorString(report.number);
+}
+
+// Returns a new error record.
+SControl NewRecord(long sequence, const Report& report) {
+  SControl record(MessageIdDate() + "." + ProcessIdString() + "." + SString(sequence));
+  record["Function:"] = kErrorHandler;
+  record["Control-Type:"] = "Error";
+  record["Priority:"] = "1";
+  PutReport(record, report);
+  return record;
+}
+
+// Writes a record and tells the dispatcher, who need not be there.
+int File(SControl& record) {
+  if (!record.Write()) return 0;
+  record.Notify();
+  return 1;
+}
+
+}  // namespace
+
+int ProcessError(SControl& control, const SString& context, const SString& message,
+                 const SStringList& text) {
+  const Report report = MakeReport(errno, context, message, text);
+  control["Function:"] = kErrorHandler;
+  PutReport(control, report);
+  return File(control);
+}
+
+int ProcessError(const SString& context, const SString& message, const SStringList& text) {
+  static long sequence = 0;
+  const Report report = MakeReport(errno, context, message, text);
+  SControl record = NewRecord(++sequence, report);
+  return File(record);
+}
+
+void ProcessNotifyError(const SControl& control, const SString& context, const SString& message,
+                        const SStringList& text) {
+  static long sequence = 0;
+  const Report report = MakeReport(errno, context, message, text);
+  if (control.Get("Trace:").Contains(kErrorHandler)) {
+    StandardError() << LogFileDate() << ':' << GetEnv("ModuleName")
+                    << ":ProcessNotifyError:" << text.Join() << '\n'
+                    << std::flush;
+    return;
+  }
+  SControl record = NewRecord(++sequence, report);
+  if (File(record)) return;
+  SString form;
+  form << record;
+  StandardError() << form << '\n' << std::flush;
+}
+
+}  // namespace mailhearth

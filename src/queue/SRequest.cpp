@@ -1,0 +1,79 @@
+#include "SRequest.h"
+
+#include <cerrno>
+#include <new>
+
+#include "../system/Dates.h"
+#include "../system/Environment.h"
+#include "../system/ErrnoKeeper.h"
+#include "LoopbackSocket.h"
+
+inline namespace mailhearth {
+
+namespace {
+
+constexpr char kReturnPath[] = "Return-Path:";
+constexpr char kAnswer[] = "0";
+
+constexpr int kLastPort = 65535;
+
+int Refuse(int error) {
+  errno = error;
+  return 0;
+}
+
+// Waits for the answer. Returns whether one came, and closes the socket.
+bool TakeAnswer(LoopbackSocket& socket, double timeout) {
+  if (!socket.Wait(timeout)) return false;
+  const int length = socket.Receive();
+  socket.Close();
+  if (length >= 0 && length != 1) errno = EBADMSG;
+  return length == 1;
+}
+
+}  // namespace
+
+SRequest::SRequest(const SControl& source) : SNamedStringList(1, 0) {
+  SControl::PutFilename(source.GetFilename());
+  const SStringList names = source.Keys();
+  for (const SString& name : names) (*this)[name] = source.Get(name);
+  _PutLoaded(source.Loaded());
+}
+
+SRequest::~SRequest() = default;
+
+int SRequest::Ask(const SString& function, double timeout) {
+  (*this)["Function:"] = function;
+  (*this)["Control-Type:"] = "Request";
+  if (Get("Priority:").Count() == 0) (*this)["Priority:"] = "3";
+  PutFilename(MessageIdDate() + "." + ProcessIdString());
+  LoopbackSocket socket;
+  const int port = socket.Bind();
+  if (port == 0) return 0;
+  (*this)[kReturnPath] = SString(port);
+  if (!Write()) return 0;
+  int answered = 0;
+  try {
+    answered = Notify() && TakeAnswer(socket, timeout) && Read();
+  } catch (const std::bad_alloc&) {
+    RemoveMessage();  // nobody else would
+    throw;
+  }
+  const ErrnoKeeper keep;
+  RemoveMessage();
+  return answered;
+}
+
+int SRequest::Answer() {
+  if (Loaded() == 0) return Refuse(EINVAL);
+  if (!Write()) return 0;
+  const int port = PortNumber(_First(kReturnPath));
+  if (port < 1 || port > kLastPort) {
+    RemoveMessage();
+    return Refuse(EINVAL);
+  }
+  const LoopbackSocket socket;
+  return socket.SendTo(port, kAnswer);
+}
+
+}  // namespace mailhearth

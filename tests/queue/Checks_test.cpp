@@ -1,0 +1,89 @@
+#include "queue/Checks.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "support/ExactInput.h"
+#include "support/Files.h"
+#include "tables/SNamedStringList.h"
+
+namespace {
+
+TEST(IsPathComponent, TakesNamesThatStayInTheirDirectory) {
+  struct Row {
+    std::string name;
+    bool safe;
+  };
+  const Row rows[] = {{"20261105080703.1234", true},
+                      {"example.org", true},
+                      {"...", true},
+                      {".a", true},
+                      {"a..", true},
+                      {"a b", true},
+                      {"-", true},
+                      {"~", true},
+                      {"\x80\xFF", true},
+                      {std::string(242, 'x'), true},
+                      {std::string(243, 'x'), false},
+                      {"", false},
+                      {".", false},
+                      {"..", false},
+                      {"/", false},
+                      {"a/b", false},
+                      {"../a", false},
+                      {"a/", false},
+                      {"/a", false},
+                      {"a\n", false},
+                      {"a\tb", false},
+                      {"\x1F", false},
+                      {"\x7F", false},
+                      {std::string("a\0b", 3), false},
+                      {std::string(1, '\0'), false}};
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.name);
+    EXPECT_EQ(IsPathComponent(Text(row.name)), row.safe);
+  }
+  EXPECT_FALSE(IsPathComponent(SString()));
+}
+
+// Whether a value reads back, alone in its record and before others.
+bool ReadsBack(const SString& value, unsigned crlf) {
+  SNamedStringList record(1, crlf);
+  record["A:"] = {value, "x"};
+  record["B:"] = value;
+  SString text;
+  text << record;
+  SNamedStringList again(1, crlf);
+  text >> again;
+  return again.Keys() == record.Keys() && again.Get("A:") == record.Get("A:") &&
+         again.Get("B:") == record.Get("B:");
+}
+
+TEST(IsFieldValue, TellsWhichValuesReadBack) {
+  constexpr char kBytes[] = {'a', ' ', '\t', '\r', '\n', '\0', ':'};
+  int safe = 0, all = 0;
+  for (unsigned n = 0; n < 7 * 7 * 7 * 7 * 7; ++n) {
+    std::string bytes;  // every text of up to five of these bytes
+    for (unsigned rest = n; rest > 0; rest /= 7) bytes += kBytes[rest % 7];
+    const SString value = Text(bytes);
+    for (const unsigned crlf : {0U, 1U}) {
+      ++all;
+      if (IsFieldValue(value, crlf)) ++safe;
+      ASSERT_EQ(IsFieldValue(value, crlf), ReadsBack(value, crlf)) << testing::PrintToString(bytes);
+    }
+  }
+  EXPECT_GT(safe, 1000);
+  EXPECT_LT(safe, all - 1000);
+}
+
+TEST(IsFieldValue, OfAnUndefinedOrEmptyValueIsTrue) {
+  EXPECT_TRUE(IsFieldValue(SString()));
+  EXPECT_TRUE(IsFieldValue(""));
+  EXPECT_TRUE(IsFieldValue("a\n b\n\tc"));
+  EXPECT_FALSE(IsFieldValue("a\nFunction: b"));
+  EXPECT_FALSE(IsFieldValue("a\n"));
+  EXPECT_TRUE(IsFieldValue("a\nb", 1));
+}
+
+}  // namespace
