@@ -239,6 +239,24 @@ TEST(Ask, AnAnswerThatComesTooLateIsNotTaken) {
   EXPECT_EQ(exchange.Files(), Names{});
 }
 
+TEST(Ask, TheRecordOfAnAnswerThatComesTooLateStays) {
+  const Exchange exchange;
+  const FirstSecond clock;
+  const std::string file = "control/" + FirstId() + "-Control";
+  Child peer([&] {
+    SControl record(Text(exchange.TakeId()));
+    if (!record.Read()) return false;
+    while (fs::exists(exchange / file)) {  // until nobody waits any more
+      std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    return SRequest(record).Answer() == 1;
+  });
+  EXPECT_EQ(Question().Ask("Quota", 0.5), 0);
+  EXPECT_EQ(errno, ETIMEDOUT);
+  EXPECT_TRUE(peer.Succeeds());
+  EXPECT_EQ(exchange.Files(), Names{file});
+}
+
 TEST(Ask, FailsWhereTheDispatcherCannotBeTold) {
   const Exchange exchange;
   const NoDescriptorLeft check;
