@@ -1,6 +1,7 @@
 #include "queue/SRequest.h"
 
 #include <gtest/gtest.h>
+#include <sys/mount.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -18,6 +19,7 @@
 #include "queue/Queue.h"
 #include "support/CountedNew.h"
 #include "support/Files.h"
+#include "support/OrdinaryUser.h"
 #include "system/Clock.h"
 #include "system/FailNthCall.h"
 
@@ -276,6 +278,37 @@ TEST(Ask, FailsWhereTheRecordCannotBeWritten) {
   fs::remove(exchange / "control");
   EXPECT_EQ(Question().Ask("Quota", kLong), 0);
   EXPECT_EQ(errno, ENOENT);
+  EXPECT_EQ(exchange.dispatcher.Take(0), std::nullopt);
+}
+
+TEST(Ask, FailsInAFullControlDirectory) {
+  const Exchange exchange;
+  const std::string control = exchange / "control";
+  if (::mount("none", control.c_str(), "tmpfs", 0, "size=4k,nr_inodes=1") != 0) {
+    GTEST_SKIP() << "only root mounts a small disk";
+  }
+  {
+    const NoDescriptorLeft check;
+    EXPECT_EQ(Question().Ask("Quota", kLong), 0);
+    EXPECT_EQ(errno, ENOSPC);
+    EXPECT_EQ(exchange.Files(), Names{});
+  }
+  EXPECT_EQ(exchange.dispatcher.Take(0), std::nullopt);
+  EXPECT_EQ(::umount2(control.c_str(), MNT_DETACH), 0);
+}
+
+TEST(Ask, FailsInAControlDirectoryThatIsReadOnly) {
+  const Exchange exchange;
+  fs::permissions(exchange / "", fs::perms(0755));
+  fs::permissions(exchange / "control", fs::perms(0555));
+  EXPECT_TRUE(AsOrdinaryUser(
+      [](const SString&) {
+        const int before = OpenDescriptors();
+        const bool refused = !Question().Ask("Quota", kLong) && errno == EACCES;
+        return refused && OpenDescriptors() == before;
+      },
+      SString()));
+  EXPECT_EQ(exchange.Files(), Names{});
   EXPECT_EQ(exchange.dispatcher.Take(0), std::nullopt);
 }
 
