@@ -5,6 +5,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <filesystem>
 #include <optional>
@@ -146,13 +147,16 @@ TEST(SControl, TakesAModule) {
 
 TEST(SControl, AnAssignmentTakesTheModuleToo) {
   const Queue queue;
-  const SModule module("local", "/c/", "/d/");
+  const SModule module("local", "/c/", Text(queue / "d/"));
   SControl record("id");
   record.SetModule(&module);
   record["A:"] = "1";
   SControl other;
   other = record;
   EXPECT_EQ(other.GetControlFilename(), Text(queue / "control/id-Control"));
+  PutMessage(queue);
+  EXPECT_EQ(other.Defer(), 1);
+  EXPECT_TRUE(fs::exists(queue / "d/local/id-Control"));
   other.PutFilename("x");
   EXPECT_EQ(other.GetControlFilename(), "/c/x-Control");
   EXPECT_EQ(other.Get("A:"), SStringList("1"));
@@ -317,6 +321,19 @@ TEST(RemoveMessage, KeepsTheFirstError) {
     EXPECT_EQ(errno, row.ok ? 0 : EROFS);
     EXPECT_EQ(queue.Files(), row.left);
   }
+}
+
+TEST(RemoveMessage, TellsOfTheControlFileBeforeTheOthers) {
+  const Queue queue;
+  PutMessage(queue);
+  SControl record("id");
+  ASSERT_EQ(record.Read(), 1);
+  fs::remove(queue / "control/id-Control");
+  fs::remove(queue / "messages/id-Header");
+  fs::create_directory(queue / "messages/id-Header");
+  EXPECT_EQ(record.RemoveMessage(), 0);
+  EXPECT_EQ(errno, ENOENT);
+  EXPECT_EQ(queue.Files(), Names{});
 }
 
 TEST(RemoveMessage, EveryCallMayFail) {

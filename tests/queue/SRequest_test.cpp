@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <csignal>
@@ -126,7 +127,12 @@ TEST(Ask, WritesNotifiesAndReadsTheAnswer) {
   {
     const NoDescriptorLeft check;
     SRequest request = Question();
+    const RecordCalls recorded;
     EXPECT_EQ(request.Ask("Quota", kLong), 1);
+    const Names& calls = recorded.Calls();
+    const auto received = std::find(calls.begin(), calls.end(), "recv");
+    ASSERT_GE(calls.end() - received, 3);
+    EXPECT_EQ(Names(received, received + 3), (Names{"recv", "close", "open"}));
     EXPECT_EQ(request.Keys(), SStringList("Quota:"));
     EXPECT_EQ(request.Get("Quota:"), SStringList("100"));
     EXPECT_EQ(request.Loaded(), 1);
