@@ -19,8 +19,9 @@
 // Results are 1 for success and 0 for failure, errno then being that of the call that failed
 // first. Nothing is printed and nothing locked.
 //
-// Ids, hosts and sub-directories become parts of paths as they stand: ask IsPathComponent
-// (Checks.h) of what comes from outside.
+// Ids, hosts and sub-directories become parts of paths as they stand, so "../x" leads out of
+// the queue: ask IsPathComponent (Checks.h) of what comes from outside. IsFieldValue tells
+// whether a value stored in the record reads back as it is.
 
 #ifndef MAILHEARTH_QUEUE_SCONTROL_H
 #define MAILHEARTH_QUEUE_SCONTROL_H
@@ -50,7 +51,7 @@ class MAILHEARTH_EXPORT SControl : public SField {
   [[nodiscard]] SString GetFilename() const override;
 
   // Sets the file: an id gives that in the control directory, a name with a slash in it is
-  // the path itself.
+  // the path itself, wherever that leads (IsPathComponent).
   void PutFilename(const SString& name) override;
 
   // Return the paths of the message's files.
@@ -81,8 +82,8 @@ class MAILHEARTH_EXPORT SControl : public SField {
 
   // Moves the control file into the module's directory of deferred messages, or a directory
   // below it that the first value of "Host-To:" names; missing directories are made. The
-  // record goes on naming the file where it was. On failure the file has not moved, but
-  // directories may have been made.
+  // value is used as it stands (IsPathComponent). The record goes on naming the file where it
+  // was. On failure the file has not moved, but directories may have been made.
   [[nodiscard]] int Defer();
 
   // The same for a sub-directory, which ends in a slash. Known and kept: without the slash
@@ -94,14 +95,15 @@ class MAILHEARTH_EXPORT SControl : public SField {
   // neither could, they count as gone before.
   int RemoveMessage();
 
-  // Gives the header and the body another name each, of the id `newId`, which must not have
-  // any. The control file is not linked. Makes both links or none.
+  // Gives the header and the body another name each, of the id `newId` (IsPathComponent),
+  // which must not have any. The control file is not linked. Makes both links or none.
   [[nodiscard]] int LinkMessage(const SString& newId) const;
 
   // Sends the dispatcher, which listens on port DispatchSocket of the loopback address, one
   // datagram: on a line each the id, the value of DispatchKey and the first values of
-  // "Function:", "Control-Type:" and "Priority:", without a last line end. Answers whether
-  // it was sent; nobody tells whether it arrived. Without a key or a port errno is EINVAL.
+  // "Function:", "Control-Type:" and "Priority:", without a last line end; line ends within
+  // a value are sent as they are. Answers whether it was sent; nobody tells whether it
+  // arrived. Without a key or a port from 1 to 65536 errno is EINVAL.
   int Notify() const;
 
  protected:

@@ -36,6 +36,7 @@ class MAILHEARTH_EXPORT SField : public virtual SNamedStringList {
   // An empty list with these two flags, which has no file.
   SField(unsigned caseSensitive, unsigned crlf);
 
+  // The same list, file and marks.
   SField(const SField& other) = default;
 
   // Takes over the list, the file name and whether it was read or written.

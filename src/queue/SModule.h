@@ -8,11 +8,12 @@
 #ifndef MAILHEARTH_QUEUE_SMODULE_H
 #define MAILHEARTH_QUEUE_SMODULE_H
 
+#include "../strings/Export.h"
 #include "../strings/SString.h"
 
 inline namespace mailhearth {
 
-class SModule {
+class MAILHEARTH_EXPORT SModule {
  public:
   // `deferredDir` is the directory that has one of each module in it.
   SModule(const SString& name, const SString& controlDir, const SString& deferredDir)

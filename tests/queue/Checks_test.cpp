@@ -3,7 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <string_view>
 
+#include "strings/SFixedString.h"
 #include "support/ExactInput.h"
 #include "support/Files.h"
 #include "tables/SNamedStringList.h"
@@ -75,6 +77,16 @@ TEST(IsFieldValue, TellsWhichValuesReadBack) {
   }
   EXPECT_GT(safe, 1000);
   EXPECT_LT(safe, all - 1000);
+}
+
+TEST(IsFieldValue, ReadsNothingBehindAView) {
+  for (const char* const text : {"a\n", "a\r\n", "\n", "a"}) {
+    const ExactInput input(text);
+    SFixedString view(input.Data(), input.Length());
+    const bool ends = input.View().ends_with('\n');
+    EXPECT_EQ(IsFieldValue(view), !ends);
+    EXPECT_EQ(IsFieldValue(view, 1), std::string_view(text) != "a\r\n");
+  }
 }
 
 TEST(IsFieldValue, OfAnUndefinedOrEmptyValueIsTrue) {
