@@ -13,11 +13,13 @@ install(DIRECTORY "${PROJECT_SOURCE_DIR}/src/"
   PATTERN "Options.h" EXCLUDE
   PATTERN "PatternStore.h" EXCLUDE
   PATTERN "Replacement.h" EXCLUDE
+  PATTERN "ScanRules.h" EXCLUDE
   PATTERN "Search.h" EXCLUDE
   PATTERN "Searches.h" EXCLUDE
   PATTERN "Sizes.h" EXCLUDE
   PATTERN "StandardError.h" EXCLUDE
-  PATTERN "StartUp.h" EXCLUDE)
+  PATTERN "StartUp.h" EXCLUDE
+  PATTERN "TokenWords.h" EXCLUDE)
 install(TARGETS mailhearth_static ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}")
 install(TARGETS diskFree RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}")
 

@@ -5,6 +5,14 @@
 #ifndef MAILHEARTH_MAILHEARTH_H
 #define MAILHEARTH_MAILHEARTH_H
 
+#include "address/Domains.h"          // what stands behind the at-sign
+#include "address/S821Address.h"      // addresses of envelopes
+#include "address/S821Parser.h"       // and how they are read
+#include "address/S822Address.h"      // addresses of headers
+#include "address/S822Parser.h"       // and how lists of them are read
+#include "address/SAddressFault.h"    // why an address is bad
+#include "address/SParser.h"          // what both parsers have in common
+#include "address/SToken.h"           // pieces of addresses
 #include "lists/SStringItem.h"        // nodes of lists
 #include "lists/SStringList.h"        // lists of strings
 #include "queue/Checks.h"             // what may go into the queue

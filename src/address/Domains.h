@@ -1,0 +1,27 @@
+// What stands behind the at-sign of an address.
+
+#ifndef MAILHEARTH_ADDRESS_DOMAINS_H
+#define MAILHEARTH_ADDRESS_DOMAINS_H
+
+#include "../strings/Export.h"
+#include "../strings/SString.h"
+
+inline namespace mailhearth {
+
+// Returns whether a text is a domain: labels with dots between them, the last of them not of
+// digits alone unless it is the only one, or an IPv4 address in brackets. See
+// S821Parser::IsValidElement for labels. Blanks around labels and dots count as nothing. Takes
+// time linear in the text.
+//
+//   IsValidDomain("example.org")     true         IsValidDomain("example.org.")  false
+//   IsValidDomain("localhost")       true         IsValidDomain("10.0.0.1")      false
+//   IsValidDomain("[10.0.0.1]")      true         IsValidDomain("-a.example")    false
+[[nodiscard]] MAILHEARTH_EXPORT bool IsValidDomain(const SString& text);
+
+// Returns whether a text is an IPv4 address in brackets: four decimal numbers up to 255, with
+// or without leading zeros, and dots between them.
+[[nodiscard]] MAILHEARTH_EXPORT bool IsValidLiteral(const SString& text);
+
+}  // namespace mailhearth
+
+#endif  // MAILHEARTH_ADDRESS_DOMAINS_H

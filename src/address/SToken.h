@@ -1,0 +1,79 @@
+// SToken is a piece of a mail address with its type: what the NextToken of a parser returns.
+//
+// The text is what stood in the input, delimiters included: a quoted string has its quotes,
+// a comment its parentheses, a domain literal its brackets, an escaped byte its backslash.
+//
+// A token that a parser returns costs no allocation: it is a handle on the parser's input and
+// a range of it, and keeps the whole input alive. To keep the text alone, keep Text().
+//
+//   S822Parser parser("joe@example.org (Joe)");
+//   for (SToken t = parser.NextToken(); (t.Type() & (TokEnd | TokError)) == 0;
+//        t = parser.NextToken()) std::cout << t.View() << '\n';
+
+#ifndef MAILHEARTH_ADDRESS_STOKEN_H
+#define MAILHEARTH_ADDRESS_STOKEN_H
+
+#include <string_view>
+
+#include "../strings/Export.h"
+#include "../strings/SString.h"
+
+inline namespace mailhearth {
+
+// Types of tokens. Each is one bit, so a set of them is a mask.
+enum TokenType : int {
+  TokError = 0x1,         // something malformed; the text is what had been gathered of it
+  TokEnd = 0x2,           // the end of the input; no text
+  TokAtom = 0x4,          // a run of ordinary bytes
+  TokQuoted = 0x8,        // a string in double quotes
+  TokComment = 0x10,      // a comment in parentheses; RFC 822 only
+  TokLiteral = 0x20,      // a domain literal in brackets
+  TokBad = 0x40,          // one byte that is neither ordinary nor special
+  TokLess = 0x80,         // <
+  TokGreater = 0x100,     // >
+  TokAt = 0x200,          // @
+  TokDot = 0x400,         // .
+  TokComma = 0x800,       // ,
+  TokSemicolon = 0x1000,  // ;
+  TokColon = 0x2000,      // :
+  TokCrlf = 0x4000,       // a line end that is not folded; no text; RFC 822 only
+  TokPercent = 0x8000,    // %; RFC 821 only
+};
+
+class MAILHEARTH_EXPORT SToken {
+ public:
+  virtual ~SToken();
+
+  [[nodiscard]] virtual int Type() const;
+
+  SToken(const SString& text, int type) : source_(text), start_(0), length_(kAll), type_(type) {}
+
+  // The `length` bytes of `source` from `start`, which are not copied.
+  // Needs: they are within `source`.
+  SToken(const SString& source, int start, int length, int type)
+      : source_(source), start_(start), length_(length), type_(type) {}
+
+  SToken(const SToken&) = default;
+  SToken(SToken&&) = default;
+
+  // Takes over the text and what Type() of the other answers.
+  SToken& operator=(const SToken& other);
+  SToken& operator=(SToken&& other);
+
+  // Returns the text: the very string that the token was made of, or a new one.
+  [[nodiscard]] SString Text() const;
+
+  // The bytes of the text, for as long as the token lives.
+  [[nodiscard]] std::string_view View() const;
+
+ private:
+  static constexpr int kAll = -1;  // the length of a token that is all of its source
+
+  SString source_;
+  int start_, length_;
+  int type_;
+};
+
+}  // namespace mailhearth
+
+#endif  // MAILHEARTH_ADDRESS_STOKEN_H
