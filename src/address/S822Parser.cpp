@@ -296,9 +296,12 @@ bool S822Parser::_ReadAngleDomain(Reading& reading) {
 
 void S822Parser::_SkipBadAddress() {
   // From the beginning of the address, so as to know what is open where the error was found;
-  // no further back than its last token, or one address might be read again and again.
+  // to a comma no further back than the last token, and right before it, or one text might be
+  // read again and again.
   const std::string_view text = input_.View();
-  const auto least = static_cast<std::size_t>(std::max(start_, previous_));
+  auto least = static_cast<std::size_t>(std::max(start_, previous_));
+  const std::size_t before = text.substr(0, least).find_last_not_of(" \t\r\n");
+  if (before != text.npos && text[before] == ',') least = before;
   bool inAngle = false;
   std::size_t comma = text.npos;  // where to go on; within angle brackets, if they stay open
   std::size_t at = static_cast<std::size_t>(start_);
