@@ -5,6 +5,7 @@
 #ifndef MAILHEARTH_MAILHEARTH_H
 #define MAILHEARTH_MAILHEARTH_H
 
+#include "address/AddressRepair.h"    // addresses as people write them
 #include "address/Domains.h"          // what stands behind the at-sign
 #include "address/S821Address.h"      // addresses of envelopes
 #include "address/S821Parser.h"       // and how they are read

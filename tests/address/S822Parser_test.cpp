@@ -460,7 +460,7 @@ TEST(S822Parser, GoodAddressesAreFoundBetweenBadOnes) {
   const std::string good[] = {"a@b",        "<c@d>",       "E F <e@f>", "\"g, h\" <g@h>",
                               "i@j (k, l)", "<@m,@n:o@p>", "q",         "r@[1.2.3.4]"};
   const std::string bad[] = {"a@@b",    "a@1.2",    "a@b c", "<a@@b>",    "<a b@>", "<@r:a>",
-                             "\x01",    "a\x7F",    "@a:",    ">",         "a >",    ")",
+                             "\x01",    "a\x7F",    "@a:",   ">",         "a >",    ")",
                              "a@\"b\"", "<a@b\rc>", "a@(,)", "a [b] <c>", "a@b.-c"};
   std::mt19937 random(3);
   for (int round = 0; round < 20'000; ++round) {
