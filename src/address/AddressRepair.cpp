@@ -46,10 +46,12 @@ std::string_view Trimmed(std::string_view text) {
   return text.substr(0, text.find_last_not_of(kBehind) + 1);
 }
 
-// The parts between "\\s*(@\\s*)+". One at the end leaves no empty part behind it.
+// The parts between "\\s*(@\\s*)+"; of more than two, the first three. A separator at the end
+// leaves no empty part behind it.
 std::vector<std::string_view> SplitAtSigns(std::string_view text) {
+  constexpr std::size_t kMost = 3;
   std::vector<std::string_view> parts;
-  for (std::size_t at = 0; at < text.size();) {
+  for (std::size_t at = 0; at < text.size() && parts.size() < kMost;) {
     const std::size_t sign = std::min(text.find('@', at), text.size());
     std::size_t end = sign;
     while (sign < text.size() && end > at && IsBlank(text[end - 1])) --end;

@@ -33,6 +33,11 @@ S821Address S821Address::_Parse(const SString& text) {
   return S821Parser(text, 1).ExtractAddress();
 }
 
+const SString& S821Address::_NoText() {
+  static const SString& none = *new SString;  // never destroyed: addresses may be at any time
+  return none;
+}
+
 bool S821Address::IsBad() const {
   const bool routed = route_.Count() > 0;
   const bool hosted = domain_.Length() > 0;

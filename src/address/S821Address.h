@@ -9,6 +9,11 @@
 // still there. The null address "<>" is the sender of messages that nobody answers; one made
 // by default is null. A valid one has a local part, and a domain unless it is meant to be
 // found nearby, as "postmaster" is.
+//
+// The text of an address reads back equal in route, local part and domain, but for a local
+// part that a parser made of more than a quoted string and a lone backslash at the end of its
+// text, like "a b"\ with those quotes: behind the backslash the text of the address goes on. A
+// strict parser refuses, besides, a local part whose quotes were taken off its dots: "a..b".
 
 #ifndef MAILHEARTH_ADDRESS_S821ADDRESS_H
 #define MAILHEARTH_ADDRESS_S821ADDRESS_H
@@ -63,14 +68,18 @@ class MAILHEARTH_EXPORT S821Address {
   [[nodiscard]] bool IsNull() const { return !IsBad() && localPart_.Length() == 0; }
   [[nodiscard]] bool IsValid() const { return !IsBad() && localPart_.Length() > 0; }
 
+ protected:
+  // An undefined string that all parts share which have no text: it costs nothing to make.
+  [[nodiscard]] static const SString& _NoText();
+
  private:
   friend class S821Parser;  // they mark addresses as bad
   friend class S822Parser;
 
   int bad_ = 0;  // whether reading it failed
   SStringList route_;
-  SString localPart_;
-  SString domain_;
+  SString localPart_ = _NoText();
+  SString domain_ = _NoText();
 };
 
 }  // namespace mailhearth

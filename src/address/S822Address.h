@@ -7,6 +7,19 @@
 //     std::cout << a.Get() << '\n';       // John Smith <john@example.org>
 //                                          // joe@example.org (Joe)
 //
+// The text of an address reads back equal in route, local part and domain where the parser
+// was not more generous than its text can be:
+//
+//   - Angle brackets let a local part begin with a literal, and a domain be what IsValidDomain
+//     refuses. The text has no brackets without a phrase or a route, and is bad then.
+//   - Words are joined without a dot at an atom that begins with "%", so that a quoted string
+//     behind it is behind one long atom in the text, and gets a dot: a %"b" reads back as
+//     a%."b".
+//
+// The form of the envelope reads back equal as an S821Address unless one of its literals is
+// not an IPv4 address, its domain is none, or a quoted string stands elsewhere in its local
+// part than first or has a line end in it.
+//
 // Known and kept: Set() reads an address of an envelope and leaves phrase, comment and end
 // mark as they were.
 
@@ -57,8 +70,8 @@ class MAILHEARTH_EXPORT S822Address : public S821Address {
   friend class S822Parser;
 
   int end_ = 0;
-  SString comment_;
-  SString phrase_;
+  SString comment_ = _NoText();
+  SString phrase_ = _NoText();
 };
 
 }  // namespace mailhearth

@@ -27,9 +27,19 @@ class SParser::Walk {
   SToken Token();
 
  private:
-  [[nodiscard]] ScanStep _Step() const {
+  [[nodiscard]] ScanStep _StepAt(std::size_t at) const {
     const auto state = static_cast<std::size_t>(parser_.state_);
-    return rules_.steps[state + static_cast<unsigned char>(input_[at_])];
+    return rules_.steps[state + static_cast<unsigned char>(input_[at])];
+  }
+
+  // Returns the first position behind `at` whose byte is not simply gathered.
+  [[nodiscard]] std::size_t _BehindRun(std::size_t at) const {
+    const auto* const steps = &rules_.steps[static_cast<std::size_t>(parser_.state_)];
+    do {
+      ++at;
+    } while (at < input_.size() &&
+             steps[static_cast<unsigned char>(input_[at])] == ScanStep::kAppend);
+    return at;
   }
 
   // Whether an atom has begun. Asked outside of everything only.
@@ -181,7 +191,7 @@ SToken SParser::Walk::_RefuseAll(AddressFlaw flaw, std::size_t position) {
 
 SToken SParser::Walk::Token() {
   while (at_ < input_.size()) {
-    const ScanStep step = _Step();
+    const ScanStep step = _StepAt(at_);
     if (EndsAtom(step) && _InAtom()) return _End(TokAtom, at_ + (step == ScanStep::kBlank));
     switch (step) {
       case ScanStep::kBlank:
@@ -199,7 +209,7 @@ SToken SParser::Walk::Token() {
         _Open(kInLiteral);
         break;
       case ScanStep::kAppend:
-        ++at_;
+        at_ = _BehindRun(at_);
         break;
       case ScanStep::kEscape:
         at_ = std::min(at_ + 2, input_.size());
@@ -235,9 +245,9 @@ SToken SParser::Walk::Token() {
   return _EndOfInput();
 }
 
-SParser::SParser() { SParser::Reset(); }
+SParser::SParser() = default;
 
-SParser::SParser(const SString& text) : SParser() { input_ = text; }
+SParser::SParser(const SString& text) : input_(text) {}
 
 SParser::~SParser() = default;
 

@@ -13,6 +13,7 @@
 #ifndef MAILHEARTH_ADDRESS_STOKEN_H
 #define MAILHEARTH_ADDRESS_STOKEN_H
 
+#include <cstddef>
 #include <string_view>
 
 #include "../strings/Export.h"
@@ -42,7 +43,7 @@ enum TokenType : int {
 
 class MAILHEARTH_EXPORT SToken {
  public:
-  virtual ~SToken();
+  virtual ~SToken() = default;
 
   [[nodiscard]] virtual int Type() const;
 
@@ -57,14 +58,26 @@ class MAILHEARTH_EXPORT SToken {
   SToken(SToken&&) = default;
 
   // Takes over the text and what Type() of the other answers.
-  SToken& operator=(const SToken& other);
-  SToken& operator=(SToken&& other);
+  SToken& operator=(const SToken& other) {
+    return *this = SToken(other.source_, other.start_, other.length_, other.Type());
+  }
+  // NOLINTNEXTLINE(performance-noexcept-move-constructor): Type() may be another's
+  SToken& operator=(SToken&& other) {
+    type_ = other.Type();
+    start_ = other.start_;
+    length_ = other.length_;
+    swap(source_, other.source_);
+    return *this;
+  }
 
   // Returns the text: the very string that the token was made of, or a new one.
   [[nodiscard]] SString Text() const;
 
   // The bytes of the text, for as long as the token lives.
-  [[nodiscard]] std::string_view View() const;
+  [[nodiscard]] std::string_view View() const {
+    if (length_ == kAll) return source_.View();
+    return {source_.Data() + start_, static_cast<std::size_t>(length_)};
+  }
 
  private:
   static constexpr int kAll = -1;  // the length of a token that is all of its source
