@@ -13,6 +13,7 @@
 #include "lists/SStringList.h"
 #include "strings/SFixedString.h"
 #include "support/CheckText.h"
+#include "support/EveryText.h"
 #include "support/ExactInput.h"
 
 namespace {
@@ -148,18 +149,7 @@ void Compare(const std::string& text) {
 
 TEST(AddressRepair, IsThatOfThePatternsForEveryShortText) {
   constexpr std::string_view kBytes = "a1@<>. \",\\(:";
-  for (std::size_t length = 0; length <= 5; ++length) {
-    std::size_t texts = 1;
-    for (std::size_t n = 0; n < length; ++n) texts *= kBytes.size();
-    for (std::size_t number = 0; number < texts; ++number) {
-      std::string text;
-      for (std::size_t n = 0, rest = number; n < length; ++n, rest /= kBytes.size()) {
-        text += kBytes[rest % kBytes.size()];
-      }
-      Compare(text);
-      if (HasFatalFailure()) return;
-    }
-  }
+  ForEveryText(kBytes, 5, Compare);
 }
 
 TEST(AddressRepair, IsThatOfThePatternsForLongerTexts) {

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <cstddef>
-#include <functional>
 #include <random>
 #include <string>
 #include <string_view>
@@ -13,6 +12,7 @@
 #include "address/S821Parser.h"
 #include "address/S822Parser.h"
 #include "support/AddressParts.h"
+#include "support/EveryText.h"
 
 namespace {
 
@@ -21,22 +21,6 @@ constexpr std::string_view kLocalPartBytes = "a1 .@<>\"\\%()";
 constexpr std::string_view kListBytes = "a1 .@<>[]:,;";
 
 constexpr std::size_t kLongest = 5;
-
-// Calls `use` with every string of up to kLongest of the bytes.
-void ForEveryText(std::string_view bytes, const std::function<void(const SString&)>& use) {
-  for (std::size_t length = 0; length <= kLongest; ++length) {
-    std::size_t texts = 1;
-    for (std::size_t n = 0; n < length; ++n) texts *= bytes.size();
-    for (std::size_t number = 0; number < texts; ++number) {
-      SString text("");
-      for (std::size_t n = 0, rest = number; n < length; ++n, rest /= bytes.size()) {
-        text += bytes[rest % bytes.size()];
-      }
-      use(text);
-      if (testing::Test::HasFatalFailure()) return;
-    }
-  }
-}
 
 bool SameParts(const S821Address& a, const S821Address& b) {
   return a.IsBad() == b.IsBad() && PartsOf(a) == PartsOf(b);
@@ -87,7 +71,8 @@ bool HasLiteral(const S821Address& address) { return address.LocalPart().Index('
 TEST(AddressTexts, OfAnEnvelopeReadBackEqual) {
   const auto count = [](std::string_view bytes, unsigned lenient, unsigned again) {
     Counts counts;
-    ForEveryText(bytes, [&](const SString& text) {
+    ForEveryText(bytes, kLongest, [&](const std::string& made) {
+      const SString text{std::string_view(made)};
       const S821Address address = S821Parser(text, lenient).ExtractAddress();
       if (address.IsBad()) return;
       ++counts.good;
@@ -108,7 +93,8 @@ TEST(AddressTexts, OfAnEnvelopeReadBackEqual) {
 TEST(AddressTexts, OfAHeaderReadBackEqual) {
   const auto count = [](std::string_view bytes) {
     Counts counts;
-    ForEveryText(bytes, [&](const SString& text) {
+    ForEveryText(bytes, kLongest, [&](const std::string& made) {
+      const SString text{std::string_view(made)};
       const S822Address address = S822Parser(text).NextAddress();
       if (address.IsEnd() || address.IsBad()) return;
       ++counts.good;
@@ -133,7 +119,8 @@ TEST(AddressTexts, OfAHeaderReadBackEqual) {
 TEST(AddressTexts, OfAHeadersEnvelopesReadBackEqual) {
   const auto count = [](std::string_view bytes) {
     Counts counts;
-    ForEveryText(bytes, [&](const SString& text) {
+    ForEveryText(bytes, kLongest, [&](const std::string& made) {
+      const SString text{std::string_view(made)};
       const S822Address address = S822Parser(text).NextAddress();
       if (address.IsEnd() || address.IsBad()) return;
       ++counts.good;

@@ -13,6 +13,7 @@
 #include "support/AddressParts.h"
 #include "support/CheckText.h"
 #include "support/CountedNew.h"
+#include "support/EveryText.h"
 #include "support/ExactInput.h"
 #include "support/SStringListPeek.h"
 
@@ -499,20 +500,12 @@ SString FixedByPatterns(SString local) {
 TEST(S821Parser, FixesEveryShortLocalPartAsThePatternsDo) {
   constexpr std::string_view kBytes("a \"\\.@\n\0\xFF", 9);
   const S821Parser parser("");
-  for (std::size_t length = 0; length <= 5; ++length) {
-    std::size_t texts = 1;
-    for (std::size_t n = 0; n < length; ++n) texts *= kBytes.size();
-    for (std::size_t number = 0; number < texts; ++number) {
-      std::string text;
-      for (std::size_t n = 0, rest = number; n < length; ++n, rest /= kBytes.size()) {
-        text += kBytes[rest % kBytes.size()];
-      }
-      SString local{std::string_view(text)};
-      const SString expected = FixedByPatterns(local);
-      parser._FixLocalPart(local);
-      ASSERT_EQ(local, expected) << text;
-    }
-  }
+  ForEveryText(kBytes, 5, [&](const std::string& text) {
+    SString local{std::string_view(text)};
+    const SString expected = FixedByPatterns(local);
+    parser._FixLocalPart(local);
+    ASSERT_EQ(local, expected) << text;
+  });
 }
 
 TEST(S821Parser, TellsTypesOfTexts) {

@@ -17,6 +17,7 @@
 #include "strings/SFixedString.h"
 #include "support/CheckText.h"
 #include "support/CountedNew.h"
+#include "support/EveryText.h"
 #include "support/ExactInput.h"
 
 namespace {
@@ -476,18 +477,7 @@ void Compare(const std::string& text) {
 
 TEST(Scanners, ScanEveryShortTextByTheRules) {
   constexpr std::string_view kBytes = "a1 \t\r\n\"\\()[].@%";
-  for (std::size_t length = 0; length <= 4; ++length) {
-    std::size_t texts = 1;
-    for (std::size_t n = 0; n < length; ++n) texts *= kBytes.size();
-    for (std::size_t number = 0; number < texts; ++number) {
-      std::string text;
-      for (std::size_t n = 0, rest = number; n < length; ++n, rest /= kBytes.size()) {
-        text += kBytes[rest % kBytes.size()];
-      }
-      Compare(text);
-      if (HasFatalFailure()) return;
-    }
-  }
+  ForEveryText(kBytes, 4, Compare);
 }
 
 TEST(Scanners, ScanEveryByteBetweenAllOthersByTheRules) {
