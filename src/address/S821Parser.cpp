@@ -353,6 +353,7 @@ void S821Parser::_FixLocalPart(SString& local) const {
   local = plain.Length() > 0 ? plain : "\"\"";
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): callers may count on the value
 SString S821Parser::_JoinTokens(SStringList tokens, char separator) const {
   if (!tokens.Defined()) return {};
   if (tokens.Count() == 1) return tokens.Get(0);

@@ -8,7 +8,7 @@ S822Address::~S822Address() = default;
 
 SString S822Address::Address() const {
   if (end_ != 0) return "";
-  const SString envelope = S821Address::Address();
+  SString envelope = S821Address::Address();
   if (envelope.Length() == 0 || envelope == "<>") return envelope;
   if (phrase_.Length() > 0) return phrase_ + ' ' + envelope;
   const std::string_view inner = envelope.View().substr(1, envelope.View().size() - 2);

@@ -1,7 +1,6 @@
 #include "S822Parser.h"
 
 #include <algorithm>
-#include <optional>
 #include <string_view>
 #include <utility>
 
@@ -80,11 +79,20 @@ struct S822Parser::Reading {
   SToken token;      // the one read last
   TokenWords words;  // read, but neither local part nor domain nor phrase yet
   S822Address address;
-  std::optional<SToken> comment;
+  SToken comment;  // the last one, if it still counts
+  bool commented = false;
+
+  explicit Reading(S822Parser& parser)
+      : token(parser.NextToken()), words(parser.input_), comment(token) {}
 
   void PushWord() {
     words.Push(token);
-    comment.reset();
+    commented = false;
+  }
+
+  void TakeComment() {
+    comment = token;
+    commented = true;
   }
 };
 
@@ -130,9 +138,9 @@ SStringList S822Parser::Addresses() {
 
 S822Address S822Parser::_ParseNextAddress() {
   _NoteNothing();
-  Reading reading{NextToken(), TokenWords(input_), {}, {}};
+  Reading reading(*this);
   reading.address.bad_ = _ReadAddress(reading) ? 0 : 1;
-  if (reading.comment) reading.address.comment_ = reading.comment->Text();
+  if (reading.commented) reading.address.comment_ = reading.comment.Text();
   return std::move(reading.address);
 }
 
@@ -174,7 +182,7 @@ bool S822Parser::_ReadAddress(Reading& reading) {
     }
     inGroup_ = 1;
     reading.words.Clear();  // the name of the group
-    reading.comment.reset();
+    reading.commented = false;
     reading.token = NextToken();
   }
 }
@@ -187,7 +195,7 @@ bool S822Parser::_ReadWords(Reading& reading) {
       literal = literal || reading.token.Type() == TokLiteral;
       reading.PushWord();
     } else if (reading.token.Type() == TokComment) {
-      reading.comment = reading.token;
+      reading.TakeComment();
     } else {
       return literal;
     }
@@ -198,7 +206,7 @@ bool S822Parser::_ReadBehindWords(Reading& reading, bool literal) {
   // angle / "@" bare-domain / the end of the address
   if (reading.token.Type() == TokLess && !literal) {
     reading.address.phrase_ = reading.words.TakeJoined(' ');
-    reading.comment.reset();
+    reading.commented = false;
     return _ReadAngle(reading);
   }
   if (reading.token.Type() == TokAt) {
@@ -239,7 +247,7 @@ bool S822Parser::_ReadBareDomain(Reading& reading) {
       if (start < 0) start = previous_;
       reading.PushWord();
     } else if (reading.token.Type() == TokComment) {
-      reading.comment = reading.token;
+      reading.TakeComment();
     } else {
       break;
     }

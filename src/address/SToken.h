@@ -15,6 +15,7 @@
 
 #include <cstddef>
 #include <string_view>
+#include <utility>
 
 #include "../strings/Export.h"
 #include "../strings/SString.h"
@@ -55,7 +56,11 @@ class MAILHEARTH_EXPORT SToken {
       : source_(source), start_(start), length_(length), type_(type) {}
 
   SToken(const SToken&) = default;
-  SToken(SToken&&) = default;
+  SToken(SToken&& other) noexcept
+      : source_(std::move(other.source_)),
+        start_(std::exchange(other.start_, 0)),
+        length_(std::exchange(other.length_, kAll)),
+        type_(other.type_) {}
 
   // Takes over the text and what Type() of the other answers.
   SToken& operator=(const SToken& other) {
@@ -64,9 +69,9 @@ class MAILHEARTH_EXPORT SToken {
   // NOLINTNEXTLINE(performance-noexcept-move-constructor): Type() may be another's
   SToken& operator=(SToken&& other) {
     type_ = other.Type();
-    start_ = other.start_;
-    length_ = other.length_;
     swap(source_, other.source_);
+    std::swap(start_, other.start_);
+    std::swap(length_, other.length_);
     return *this;
   }
 

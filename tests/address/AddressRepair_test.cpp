@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include <cstddef>
+#include <new>
 #include <random>
 #include <string>
 #include <string_view>
@@ -13,6 +13,7 @@
 #include "lists/SStringList.h"
 #include "strings/SFixedString.h"
 #include "support/CheckText.h"
+#include "support/CountedNew.h"
 #include "support/EveryText.h"
 #include "support/ExactInput.h"
 
@@ -93,6 +94,22 @@ TEST(AddressRepair, LeavesTheCallersTextAlone) {
   const SString text("a@b@hub");
   static_cast<void>(FixBogusAddress(text));
   EXPECT_EQ(text, "a@b@hub");
+}
+
+TEST(AddressRepair, ThrowsAndLeavesNothingWhenMemoryRunsOut) {
+  const SString text("<joe (x)@10.0.0.1>");
+  for (int n = 0;; ++n) {
+    const FailNthAllocation fail(n);
+    try {
+      EXPECT_EQ(FixBogusAddress(text), "<\"joe (x)\"@[10.0.0.1]>");
+    } catch (const std::bad_alloc&) {
+      EXPECT_TRUE(fail.Fired());
+    }
+    if (!fail.Fired()) {
+      EXPECT_GT(n, 10);
+      return;
+    }
+  }
 }
 
 // --- The series of patterns ---------------------------------------------------------------

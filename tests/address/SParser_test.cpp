@@ -84,7 +84,7 @@ Tokens ReadTokens(Scanner scanner, std::string_view text) {
   return scanner == k821 ? ReadTokens<S821Parser>(text) : ReadTokens<S822Parser>(text);
 }
 
-std::string_view operator""_v(const char* text, std::size_t n) { return {text, n}; }
+constexpr std::string_view operator""_v(const char* text, std::size_t n) { return {text, n}; }
 std::string operator""_s(const char* text, std::size_t n) { return {text, n}; }
 
 const Token kEnd = {TokEnd, ""};
@@ -493,7 +493,7 @@ TEST(Scanners, ScanEveryByteBetweenAllOthersByTheRules) {
 
 TEST(Scanners, ScanLongerTextsByTheRules) {
   std::mt19937 random(7);
-  constexpr std::string_view kBytes("ab1.  \t\t\r\n\"\"\\(())[]<>@,;:%\0\x80\xFF", 32);
+  constexpr std::string_view kBytes = "ab1.  \t\t\r\n\"\"\\(())[]<>@,;:%\0\x80\xFF"_v;
   for (int round = 0; round < 50'000; ++round) {
     std::string text;
     for (auto n = random() % 16; n > 0; --n) {

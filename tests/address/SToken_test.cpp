@@ -59,8 +59,13 @@ TEST(SToken, CopiesAndMoves) {
   other = token;
   EXPECT_EQ(other.View(), "b");
   EXPECT_EQ(other.Type(), TokAtom);
-  const SToken moved(std::move(other));
+  SToken moved(std::move(other));
   EXPECT_EQ(moved.View(), "b");
+  EXPECT_EQ(other.View(), "") << "nothing is left";  // NOLINT(bugprone-use-after-move)
+  EXPECT_FALSE(other.Text().Defined());
+  SToken last("long text", 5, 4, TokAtom);
+  last = std::move(moved);
+  EXPECT_EQ(last.View(), "b");
   const SToken& same = other = SToken("x", TokBad);
   other = same;
   EXPECT_EQ(other.View(), "x");
