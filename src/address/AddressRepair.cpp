@@ -28,12 +28,11 @@ bool Check(const std::string& text, SString& repaired) {
 }
 
 // What stands in the last angle brackets: where "<.*>" is found, "^.+<" and then ">.+$" are
-// taken off.
+// taken off; so is a "<" that comes first, which would only go a step later.
 std::string_view InBrackets(std::string_view text) {
   const std::size_t last = text.rfind('>');
   if (last == text.npos || text.find('<') > last) return text;
-  const std::size_t open = text.rfind('<');
-  if (open > 0) text.remove_prefix(open + 1);
+  text.remove_prefix(text.rfind('<') + 1);
   const std::size_t close = text.find('>');
   return close + 1 < text.size() ? text.substr(0, close) : text;
 }

@@ -518,6 +518,12 @@ TEST(Scanners, OneTokenIsTakenBack) {
   EXPECT_EQ(parser.NextToken().View(), "c") << "the end does not move, so this goes further back";
 }
 
+TEST(Scanners, TheLastLineEndGoesWithTheAtomBeforeIt) {
+  S822Parser parser("a\r\n");
+  EXPECT_EQ(parser.NextToken().View(), "a");
+  EXPECT_TRUE(parser.Extensions().Defined()) << "there is nothing left";
+}
+
 TEST(Scanners, AnErrorStaysWhereItIs) {
   S822Parser parser("a \"b");
   EXPECT_EQ(parser.NextToken().View(), "a");
