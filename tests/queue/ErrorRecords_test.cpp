@@ -6,6 +6,7 @@
 
 #include <cerrno>
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -24,6 +25,12 @@ namespace {
 namespace fs = std::filesystem;
 
 using Names = std::vector<std::string>;
+
+// The lines of a record that tell an error of the system, in the language of the program.
+std::string SystemLines(int error) {
+  return "Error-Number: " + std::to_string(error) + "\nError-Systext: " + std::strerror(error) +
+         '\n';
+}
 
 // Runs this test's work in a process of its own, where each sequence begins with 1.
 template <class Work>
@@ -70,9 +77,8 @@ TEST(ProcessError, TurnsARecordIntoTheErrorRecord) {
   EXPECT_EQ(ProcessError(record, "where", "what", {"line 1", "line 2"}), 1);
   EXPECT_EQ(ReadText(queue / "control/id-Control"),
             "Control-Type: Message\nFunction: Error-Handler\nPriority: 5\nTo: joe\n"
-            "Error: router:what (where)\nError-Text: line 1\nError-Text: line 2\n"
-            "Error-Number: 28\nError-Systext: No space left on device\n"
-            "Trace: x\nTrace: router\n");
+            "Error: router:what (where)\nError-Text: line 1\nError-Text: line 2\n" +
+                SystemLines(ENOSPC) + "Trace: x\nTrace: router\n");
   EXPECT_EQ(queue.dispatcher.Take(), "id\nsecret\nError-Handler\nMessage\n5");
   EXPECT_EQ(queue.Files(), Names{"control/id-Control"});
 }
@@ -121,8 +127,8 @@ TEST(ProcessError, MakesANewRecord) {
     EXPECT_EQ(ProcessError("where", "what", {"line 1", "line 2"}), 1);
     EXPECT_EQ(ReadText(queue / Errors::File(1)),
               "Function: Error-Handler\nControl-Type: Error\nPriority: 1\n"
-              "Error: router:what (where)\nError-Text: line 1\nError-Text: line 2\n"
-              "Error-Number: 13\nError-Systext: Permission denied\nTrace: router\n");
+              "Error: router:what (where)\nError-Text: line 1\nError-Text: line 2\n" +
+                  SystemLines(EACCES) + "Trace: router\n");
     EXPECT_EQ(queue.dispatcher.Take(), Errors::Id(1) + "\nsecret\nError-Handler\nError\n1");
     errno = 0;
     EXPECT_EQ(ProcessError("", "", SStringList()), 1);
@@ -178,8 +184,8 @@ TEST(ProcessNotifyError, MakesANewRecord) {
     EXPECT_EQ(ErrorText([&] { ProcessNotifyError(about, "where", "what", {"line"}); }), "");
     EXPECT_EQ(ReadText(queue / Errors::File(1)),
               "Function: Error-Handler\nControl-Type: Error\nPriority: 1\n"
-              "Error: router:what (where)\nError-Text: line\n"
-              "Error-Number: 2\nError-Systext: No such file or directory\nTrace: router\n");
+              "Error: router:what (where)\nError-Text: line\n" +
+                  SystemLines(ENOENT) + "Trace: router\n");
     EXPECT_EQ(queue.dispatcher.Take(), Errors::Id(1) + "\nsecret\nError-Handler\nError\n1");
   });
 }
@@ -206,8 +212,8 @@ TEST(ProcessNotifyError, PrintsTheRecordThatItCannotWrite) {
   errno = ENOSPC;
   EXPECT_EQ(ErrorText([&] { ProcessNotifyError(SControl("id"), "where", "what", {"line"}); }),
             "Function: Error-Handler\nControl-Type: Error\nPriority: 1\n"
-            "Error: router:what (where)\nError-Text: line\n"
-            "Error-Number: 28\nError-Systext: No space left on device\nTrace: router\n\n");
+            "Error: router:what (where)\nError-Text: line\n" +
+                SystemLines(ENOSPC) + "Trace: router\n\n");
   EXPECT_EQ(queue.dispatcher.Take(0), std::nullopt);
 }
 
@@ -230,7 +236,7 @@ TEST(ProcessError, WithoutMemoryLeavesNothingOpenAndNoHalfRecord) {
     }
     for (const std::string& file : queue.Files()) {
       const std::string record = ReadText(queue / file);
-      EXPECT_TRUE(record.ends_with("Error-Systext: No space left on device\nTrace: router\n"));
+      EXPECT_TRUE(record.ends_with(SystemLines(ENOSPC) + "Trace: router\n"));
       EXPECT_TRUE(file.ends_with("-Control"));
     }
     if (!thrown) break;
