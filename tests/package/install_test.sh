@@ -15,23 +15,11 @@ fail() {
 
 flags=(-std=c++20 -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wshadow -Werror)
 
-# use ROOT: builds the program outside the tree with what pkg-config says, and runs it.
-use() {
-  local root=$1 pc
-  pc=$(find "$root" -name mailhearth.pc)
-  [ -n "$pc" ] || fail "no mailhearth.pc in $root"
-  export PKG_CONFIG_PATH=${pc%/*}
-  # pkg-config quotes its words as the shell does.
-  eval "found=($(pkg-config --cflags mailhearth) \"$here/consumer.cpp\" $(pkg-config --libs mailhearth))"
-  "$compiler" "${flags[@]}" "${found[@]}" -o "$work/consumer"
-  [ "$("$work/consumer")" = "diskFree 1 10 1 0" ] || fail "the program printed something else"
-}
-
 cmake --install "$build" --prefix "$work/root" >"$work/log"
-use "$work/root"
+"$here/use_test.sh" "$work/root" "$compiler"
 mv "$work/root" "$work/elsewhere"
-use "$work/elsewhere" # an installed tree can be moved
 root=$work/elsewhere
+"$here/use_test.sh" "$root" "$compiler" # an installed tree can be moved
 
 [ ! -e "$root/include/mailhearth/command" ] || fail "the command's own headers are installed"
 [ ! -e "$root/include/mailhearth/system/StartUp.h" ] || fail "an internal header is installed"
@@ -48,6 +36,14 @@ command=$root/bin/diskFree
 nm -D --undefined-only "$command" >"$work/needed"
 grep -qw stat "$work/needed" || fail "diskFree does not take stat from the C library"
 grep -qw statvfs "$work/needed" || fail "diskFree does not take statvfs from the C library"
+
+# The shared library goes by its major name, and shows what it is known to show.
+library=$(readlink -f "$(find "$root" -name libmailhearth.so)")
+[[ $library =~ \.so(\.[0-9]+){3}$ ]] || fail "$library is not a full name"
+readelf -d "$library" | grep 'SONAME.*\[libmailhearth\.so\.[0-9]*\]' >/dev/null || fail "no major name"
+"$here/../../scripts/symbols" "$library" >"$work/symbols"
+diff "$here/symbols.txt" "$work/symbols" ||
+  fail "the shared library shows something else; CONTRIBUTING.md tells what to do"
 
 # The command links all of the library.
 archive=$(find "$root" -name libmailhearth.a)
@@ -70,12 +66,25 @@ nm --defined-only "$archive" | awk '$2 ~ /[TDBRC]/ { print $3 }' | c++filt |
   grep -vE '^(((vtable|typeinfo|typeinfo name) for |virtual thunk to )?mailhearth::|db_lock_fd$)' >"$work/foreign" || true
 [ ! -s "$work/foreign" ] || fail "outside the namespace: $(cat "$work/foreign")"
 
-# Hardening of a release: position-independent, read-only relocations, bound at start.
+# hardened FILE: position-independent, relocations read-only and bound at start, no stack
+# to execute, stack protector, checked calls of the C library.
+hardened() {
+  readelf -h "$1" >"$work/elf"
+  readelf -lW "$1" >>"$work/elf"
+  readelf -dW "$1" >>"$work/elf"
+  nm -D --undefined-only "$1" >>"$work/elf"
+  grep -q 'Type:.*DYN' "$work/elf" || fail "$1 is not position-independent"
+  grep -q GNU_RELRO "$work/elf" || fail "$1 has no RELRO"
+  grep -q BIND_NOW "$work/elf" || fail "$1 is not bound at start"
+  grep -q 'GNU_STACK.* RW ' "$work/elf" || fail "$1 has an executable stack"
+  ! grep -q TEXTREL "$work/elf" || fail "$1 has relocations in its text"
+  grep -q __stack_chk_fail "$work/elf" || fail "$1 has no stack protector"
+  grep -q '_chk@' "$work/elf" || fail "$1 calls the C library unchecked"
+}
+
 if [ "$config" = Release ]; then
-  readelf -h "$command" | grep -q 'Type:.*DYN' || fail "not position-independent"
-  readelf -lW "$command" | grep -q GNU_RELRO || fail "no RELRO"
-  readelf -d "$command" | grep -q BIND_NOW || fail "not bound at start"
-  ! readelf -lW "$command" | grep 'GNU_STACK' | grep -q RWE || fail "executable stack"
-  grep -q __stack_chk_fail "$work/needed" || fail "no stack protector"
+  hardened "$command"
+  hardened "$library"
+  readelf -dW "$command" | grep 'Flags:.*PIE' >/dev/null || fail "$command is no program"
 fi
 echo "installed, moved, used"
