@@ -27,3 +27,8 @@ target_compile_options(mailhearth_build INTERFACE
   $<$<CONFIG:Release,RelWithDebInfo>:-U_FORTIFY_SOURCE;-D_FORTIFY_SOURCE=2;-fstack-protector-strong>)
 target_link_options(mailhearth_build INTERFACE
   $<$<CONFIG:Release,RelWithDebInfo>:-Wl,-z,relro,-z,now,-z,noexecstack>)
+
+# What is installed does not tell where it was built: the same sources give the same bytes.
+target_compile_options(mailhearth_build INTERFACE
+  "$<$<CONFIG:Release>:-ffile-prefix-map=${PROJECT_SOURCE_DIR}=.>"
+  "$<$<CONFIG:Release>:-ffile-prefix-map=${PROJECT_BINARY_DIR}=.>")

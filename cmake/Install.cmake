@@ -59,7 +59,7 @@ install(FILES "${PROJECT_BINARY_DIR}/mailhearth.pc" DESTINATION "${pc_dir}" COMP
 
 # Documents. The manual of the command (section 1) goes with it.
 file(GLOB pages CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/docs/*.md")
-install(FILES README.md CHANGELOG.md LICENSE ${pages}
+install(FILES README.md CHANGELOG.md SECURITY.md LICENSE ${pages}
   DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT Development)
 file(GLOB manuals CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/docs/man/*.[0-9]")
 foreach(manual IN LISTS manuals)
