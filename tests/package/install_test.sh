@@ -63,7 +63,7 @@ objdump -h "$archive" | awk '/file format/ { object = $1 } / \.(init_array|ctors
 
 # Symbols that are not in the library's namespace could clash with somebody else's; one is for C.
 nm --defined-only "$archive" | awk '$2 ~ /[TDBRC]/ { print $3 }' | c++filt |
-  grep -vE '^(((vtable|typeinfo|typeinfo name) for |virtual thunk to )?mailhearth::|db_lock_fd$)' >"$work/foreign" || true
+  grep -vE '^(((vtable|VTT|construction vtable|typeinfo|typeinfo name) for |virtual thunk to )?mailhearth::|db_lock_fd$)' >"$work/foreign" || true
 [ ! -s "$work/foreign" ] || fail "outside the namespace: $(cat "$work/foreign")"
 
 # hardened FILE: position-independent, relocations read-only and bound at start, no stack
