@@ -1,0 +1,16 @@
+// Where gdb stops, and what is still there when it does.
+
+#ifndef MAILHEARTH_TESTS_GDB_STOP_H
+#define MAILHEARTH_TESTS_GDB_STOP_H
+
+#include <initializer_list>
+
+// gdb has a breakpoint here.
+[[gnu::noinline]] inline void Stop() { asm volatile("" : : : "memory"); }
+
+// The optimiser takes it that the objects are looked at, now and at every Stop().
+inline void Keep(std::initializer_list<const void*> objects) {
+  asm volatile("" : : "g"(objects.begin()) : "memory");
+}
+
+#endif  // MAILHEARTH_TESTS_GDB_STOP_H
