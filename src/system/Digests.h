@@ -4,7 +4,7 @@
 // may choose: do not use it as a proof.
 //
 //   SString id = MD5(body);                                 // 32 hexadecimal digits
-//   SString path = root + "/" + GetMailboxSubpath("joe");   // "<root>/417/joe"
+//   SString path = root + "/" + GetMailboxSubpath("joe");   // "<root>/198/joe"
 
 #ifndef MAILHEARTH_SYSTEM_DIGESTS_H
 #define MAILHEARTH_SYSTEM_DIGESTS_H
