@@ -11,9 +11,9 @@
 inline namespace mailhearth {
 
 struct MAILHEARTH_EXPORT SStringItem {
-  SString value;  // first, so that a node is found where its string is
-  SStringItem* next = this;
-  SStringItem* prev = this;
+  SString value;             // first, so that a node is found where its string is
+  SStringItem* next = this;  // the one behind it in the ring
+  SStringItem* prev = this;  // and the one before it
 
   // Each makes a ring of one.
   SStringItem() = default;
@@ -30,6 +30,7 @@ struct MAILHEARTH_EXPORT SStringItem {
   SStringItem(const SStringItem&) = delete;
   SStringItem& operator=(const SStringItem&) = delete;
 
+  // The string.
   operator SString&() { return value; }
   operator const SString&() const { return value; }
 

@@ -87,6 +87,8 @@ class MAILHEARTH_EXPORT SStringList {
     const SStringItem* item_ = nullptr;
     int left_ = 0;  // elements from here to the end
   };
+
+  // As the standard names them.
   using value_type = SString;
   using const_iterator = Iterator;
   using iterator = Iterator;
@@ -113,15 +115,19 @@ class MAILHEARTH_EXPORT SStringList {
 
   SStringList& operator=(const SStringList& o) noexcept;
   SStringList& operator=(SStringList&& o) noexcept;
+
+  // Makes of this list what the constructor would.
   SStringList& operator=(const SString& s);
   SStringList& operator=(const char* s);
   SStringList& operator=(const char** v);
 
+  // Whether the list has a value at all, be it no elements.
   [[nodiscard]] bool Defined() const { return (rep_->flags & kDefined) != 0; }
 
   // Number of elements.
   [[nodiscard]] int Count() const { return rep_->count; }
 
+  // From the first element to the last; the list is not detached.
   [[nodiscard]] Iterator begin() const { return {rep_->root, rep_->count}; }
   [[nodiscard]] Iterator end() const { return {rep_->root, 0}; }
 
@@ -204,6 +210,7 @@ class MAILHEARTH_EXPORT SStringList {
   void Reset();
   void Undef();
 
+  // Turns the order round.
   void Reverse();
 
   // Sorts upwards, in the order of SString; equal elements in any order. Takes n log n

@@ -26,10 +26,12 @@ inline namespace mailhearth {
 // MD5 in steps, for data that comes in pieces: MD5Init, MD5Update as often as there are
 // pieces, of whatever length, then MD5Final, which clears the context.
 struct MD5_CTX {
-  std::uint32_t state[4];
+  std::uint32_t state[4];     // of the blocks taken so far
   std::uint64_t length;       // bytes taken so far
   unsigned char pending[64];  // of them, those that do not fill a block yet
 };
+
+// Begins; takes `length` bytes more; ends, and writes the digest.
 MAILHEARTH_EXPORT void MD5Init(MD5_CTX* context);
 MAILHEARTH_EXPORT void MD5Update(MD5_CTX* context, const void* data, std::size_t length);
 MAILHEARTH_EXPORT void MD5Final(unsigned char digest[16], MD5_CTX* context);

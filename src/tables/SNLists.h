@@ -60,6 +60,7 @@ class MAILHEARTH_EXPORT SNLists {
     return *added;
   }
 
+  // The entries.
   [[nodiscard]] const STable& _Table() const { return table_; }
 
  private:

@@ -36,7 +36,7 @@ inline namespace mailhearth {
 
 // An entry of the table.
 struct MAILHEARTH_EXPORT SNamedStringListItem : STableItem {
-  SStringList list;
+  SStringList list;  // the values
 
   ~SNamedStringListItem() override;
 };

@@ -26,7 +26,7 @@ inline namespace mailhearth {
 
 // An entry of the table.
 struct MAILHEARTH_EXPORT SNamedValueItem : STableItem {
-  int value = 0;
+  int value = 0;  // -1 for none
 
   ~SNamedValueItem() override;
 };

@@ -47,6 +47,7 @@ template <class Text>
 concept TextKey =
     std::convertible_to<const Text&, std::string_view> && !std::same_as<Text, std::nullptr_t>;
 
+// Returns the bytes of a key.
 template <TextKey Text>
 [[nodiscard]] constexpr std::string_view KeyView(const Text& text) {
   if constexpr (std::is_pointer_v<Text>) {
@@ -96,6 +97,8 @@ class MAILHEARTH_EXPORT STable {
    private:
     const STableItem* item_ = nullptr;
   };
+
+  // As the standard names it.
   using const_iterator = Iterator;
 
   // An empty table of `size` buckets, of 7 when `size` is not positive. With `caseSensitive`
@@ -136,6 +139,7 @@ class MAILHEARTH_EXPORT STable {
   [[nodiscard]] int Size() const { return size_; }
   [[nodiscard]] int Count() const { return count_; }
 
+  // From the first entry to the last.
   [[nodiscard]] Iterator begin() const { return Iterator(sentinel_.listNext); }
   [[nodiscard]] Iterator end() const { return Iterator(&sentinel_); }
 
