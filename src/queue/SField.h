@@ -74,6 +74,7 @@ class MAILHEARTH_EXPORT SField : public virtual SNamedStringList {
   [[nodiscard]] int Loaded() const { return loaded_; }
 
  protected:
+  // Sets what Loaded() answers.
   void _PutLoaded(int loaded) { loaded_ = loaded; }
 
   // The directory of messages below the value that Mailhearth had when this object was made,

@@ -19,6 +19,7 @@ class MAILHEARTH_EXPORT SModule {
   SModule(const SString& name, const SString& controlDir, const SString& deferredDir)
       : name_(name), controlDir_(controlDir), deferredDir_(deferredDir) {}
 
+  // What it was made of.
   [[nodiscard]] const SString& Name() const { return name_; }
   [[nodiscard]] const SString& ControlDir() const { return controlDir_; }
   [[nodiscard]] const SString& DeferredDir() const { return deferredDir_; }
