@@ -25,14 +25,15 @@ struct Port : STableItem {
 };
 
 void Strings() {
-  const SString undefined, empty("");
+  const SString undefined, alike = undefined, empty("");
   const SString alone("postmaster"), shared("joe@example.org"), sharer = shared;
   const SString bytes("a\0\t\r\n\\\"\x7f\xc8 z", 11);
   const SString cut('x', 1000);
   SString moved("away");
   const SString taken = std::move(moved);
   const std::vector<SString> several = {alone.Segment(0, 4), "b"};
-  Keep({&undefined, &empty, &alone, &shared, &sharer, &bytes, &cut, &moved, &taken, &several});
+  Keep({&undefined, &alike, &empty, &alone, &shared, &sharer, &bytes, &cut, &moved, &taken,
+        &several});
   // gdb undefined -> undefined
   // gdb empty -> ""
   // gdb alone -> "postmaster"

@@ -74,10 +74,12 @@ def read_rep(rep):
 
 
 def rep_text(rep):
-    """Returns what a representation holds. Of a view, whose maker has links too, all links."""
+    """Returns what a representation holds, and who shares it if there is anything to share. Of a
+    view, whose maker has links too, all links are told.
+    """
     buffer, length, links, allocated = read_rep(rep)
     if buffer == 0:
-        return "undefined [moved from]" if links >= MOVED_FROM else "undefined" + sharing(links)
+        return "undefined [moved from]" if links >= MOVED_FROM else "undefined"
     if allocated == length:
         return "%s [view, %s]" % (quoted(buffer, length), counted(links, "link"))
     return quoted(buffer, length) + sharing(links)
