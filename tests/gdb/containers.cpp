@@ -5,20 +5,11 @@
 #include <unistd.h>
 
 #include <climits>
-#include <cstring>
 #include <vector>
 
 #include "Stop.h"
 
 namespace {
-
-// Memory that no constructor has seen.
-template <class Object>
-struct Raw {
-  explicit Raw(unsigned char filling) { std::memset(bytes, filling, sizeof bytes); }
-  alignas(Object) unsigned char bytes[sizeof(Object)];
-  Object& object = *reinterpret_cast<Object*>(bytes);
-};
 
 struct Port : STableItem {
   int number = 0;

@@ -3,7 +3,6 @@
 #include <mailhearth/mailhearth.h>
 
 #include <cstdlib>
-#include <cstring>
 
 #include "Stop.h"
 
@@ -17,22 +16,19 @@ void Records() {
   SControl control("20261105080703.1234");
   control["Function:"] = "Local-Delivery";
   SRequest request(control);
-  const SNamedStringList& base = request;
-  Keep({&field, &nameless, &control, &request, &base});
+  Keep({&field, &nameless, &control, &request});
   // gdb field -> 1 name, file "/no/such/field", not loaded = {["A:"] = list of 1 = {"1"}}
   // gdb nameless -> 0 names, \r\n, file undefined, not loaded, error -11
   // gdb control -> 1 name, file "/no/such/root/control/20261105080703.1234-Control", not loaded = {["Function:" [2 handles]] = list of 1 [2 handles] = {"Local-Delivery"}}
   // gdb request -> 1 name, file "/no/such/root/control/20261105080703.1234-Control", not loaded = {["Function:" [2 handles]] = list of 1 [2 handles] = {"Local-Delivery"}}
-  // gdb base -> 1 name = {["Function:" [2 handles]] = list of 1 [2 handles] = {"Local-Delivery"}}
+  // gdb *(mailhearth::SNamedStringList*)&request -> 1 name = {["Function:" [2 handles]] = list of 1 [2 handles] = {"Local-Delivery"}}
   Stop();
 }
 
 void Garbage() {
-  alignas(SControl) static unsigned char bytes[sizeof(SControl)];
-  const SControl& none = *reinterpret_cast<SControl*>(bytes);
-  std::memset(bytes, 0xA5, sizeof bytes);
-  Keep({&none});
-  // gdb none -> <Cannot access memory at address 0xa5a5a5a5a5a5a58d>
+  Raw<SControl> wild(0xA5);
+  Keep({&wild});
+  // gdb wild.object -> <Cannot access memory at address 0xa5a5a5a5a5a5a58d>
   Stop();
 }
 
