@@ -88,6 +88,7 @@ class MAILHEARTH_EXPORT S821Parser : public SParser {
   [[nodiscard]] int _TokenType(const SString& text) const;
 
  protected:
+  // What IsValidElement answers.
   [[nodiscard]] static bool _IsLabel(std::string_view text);
 
   // Notes why the address that is being read is bad: a flaw that shows at a token, or, where

@@ -49,6 +49,7 @@ class MAILHEARTH_EXPORT S822Parser : public S821Parser {
   // blanks follow is a blank, one that none follow a TokCrlf unless it ends the text.
   SToken NextToken() override;
 
+  // A parser of `text`.
   explicit S822Parser(const SString& text);
 
   // Reads another list.

@@ -12,6 +12,7 @@
 
 inline namespace mailhearth {
 
+// Why an address is bad.
 enum class AddressFlaw : unsigned char {
   kNone,           // the address is not bad
   kByte,           // a byte that may not stand there: a control character, a stray ")"
@@ -34,7 +35,7 @@ enum class AddressFlaw : unsigned char {
 };
 
 struct SAddressFault {
-  AddressFlaw flaw = AddressFlaw::kNone;
+  AddressFlaw flaw = AddressFlaw::kNone;  // what is wrong
 
   // The byte of the text, counted from 0, that is refused; the first of a token that does not
   // belong there, of what does not end, of a domain that is none; the length of the text where

@@ -48,7 +48,7 @@ class MAILHEARTH_EXPORT SParser {
   // NextToken by the rules of a table. A TokError is told in `fault_` as well.
   SToken _Scan(const ScanRules& rules);
 
-  SString input_;
+  SString input_;         // the text
   int position_ = 0;      // where the next token is looked for
   int previous_ = 0;      // where the last token that moved began
   int state_ = kOutside;  // what the last call of _Scan ended in; it begins outside
