@@ -5,7 +5,7 @@
 # Examples are fenced blocks in Markdown, and literal displays in manual pages:
 #   cpp      a program, told in a manual page by its first line, an #include
 #   text     what the program before it prints
-#   console  a session in a folder of its own: commands behind "$ " and "> ", and what they
+#   console  a dialogue with the shell, in a folder of its own: commands behind "$ " and "> ", and what they
 #            print; told in a manual page by its first line
 set -euo pipefail
 page=$1 diskfree=$2 compiler=$3

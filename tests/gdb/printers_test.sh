@@ -18,7 +18,7 @@ command -v gdb >/dev/null || skip "there is no gdb (package gdb)"
 grep -q 'exited normally' "$work/try" || skip "gdb cannot trace a process: $(tail -n 1 "$work/try")"
 "${gdb[@]}" -ex 'python print("python")' 2>&1 | grep -qx python || skip "gdb has no Python"
 
-# The session: at each Stop(), what the comments above it ask for.
+# The commands: at each Stop(), what the comments above it ask for.
 awk -v printers="$printers" '
   BEGIN {
     print "set width 0\nset height 0\nset confirm off\nset print frame-info short-location"
@@ -32,17 +32,17 @@ awk -v printers="$printers" '
   /^ *Stop\(\);/ {
     printf "up\n%scontinue\n", asked
     asked = ""
-  }' "$source" >"$work/session"
+  }' "$source" >"$work/commands"
 sed -nE 's,^ *// gdb .* -> ,,p' "$source" >"$work/expected"
 sed -nE 's,^ *// gdb (.*) -> .*,\1,p' "$source" >"$work/asked"
 [ -s "$work/expected" ] || { echo "FAILED: $source asks for nothing"; exit 1; }
 
-"${gdb[@]}" -x "$work/session" "$program" >"$work/out" 2>"$work/errors" || true
+"${gdb[@]}" -x "$work/commands" "$program" >"$work/out" 2>"$work/errors" || true
 sed -nE 's,^\$[0-9]+ = ,,p' "$work/out" >"$work/printed"
 
 if ! diff -u <(paste -d '|' "$work/asked" "$work/expected") \
   <(paste -d '|' "$work/asked" "$work/printed") ||
-  grep -E 'Python Exception|Traceback|\.gdb|session:' "$work/errors"; then
+  grep -E 'Python Exception|Traceback|\.gdb|commands:' "$work/errors"; then
   cat "$work/errors"
   echo "FAILED: $(basename "$source") as printed (+) and as expected (-)"
   exit 1
