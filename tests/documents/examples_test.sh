@@ -5,8 +5,8 @@
 # Examples are fenced blocks in Markdown, and literal displays in manual pages:
 #   cpp      a program, told in a manual page by its first line, an #include
 #   text     what the program before it prints
-#   console  a dialogue with the shell, in a folder of its own: commands behind "$ " and "> ", and what they
-#            print; told in a manual page by its first line
+#   console  a dialogue with the shell, in a folder of its own: commands behind "$ " and
+#            "> ", and what they print; told in a manual page by its first line
 set -euo pipefail
 page=$1 diskfree=$2 compiler=$3
 words=("${@:4}")
@@ -30,7 +30,8 @@ awk -v work="$work" '
     return text
   }
   function check_order() {
-    if ((kind == "text") != (last == "cpp")) print "line " NR ": a program and its output go together"
+    if ((kind == "text") != (last == "cpp"))
+      print "line " NR ": a program and its output go together"
     last = kind
   }
   kind == "" && /^```(cpp|text|console)$/ { begin(substr($0, 4)); check_order(); next }
@@ -63,7 +64,8 @@ for example in "$work"/*.cpp "$work"/*.sh; do
   esac
   expected=${example%.*}.out
   touch "$expected"
-  (cd "$work/in" && PATH=$(dirname "$diskfree"):$PATH TZ=UTC "${run[@]}" </dev/null) >"$work/got" 2>&1 ||
+  (cd "$work/in" && PATH=$(dirname "$diskfree"):$PATH TZ=UTC "${run[@]}" </dev/null) \
+    >"$work/got" 2>&1 ||
     { cat "$example" "$work/got"; fail "ended with $?"; }
   diff -u "$expected" "$work/got" || { cat "$example"; fail "printed (+) is not what is said (-)"; }
   rm -r "$work/in"
