@@ -347,7 +347,8 @@ bool S821Parser::_IsLabel(std::string_view text) {
 
 void S821Parser::_FixLocalPart(SString& local) const {
   const std::string_view text = local.View();
-  if (text.find_first_of("\\\"") == text.npos || HasInnerQuote(text)) return;
+  const auto has = [&](char c) { return text.find(c) != text.npos; };
+  if ((!has('\\') && !has('"')) || HasInnerQuote(text)) return;
   SString plain = Unescaped(WithoutQuotes(text));
   if (NeedsQuotes(plain.View())) plain = Quoted(plain.View());
   local = plain.Length() > 0 ? plain : "\"\"";
