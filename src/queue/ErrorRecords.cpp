@@ -29,9 +29,11 @@ Report MakeReport(int number, const SString& context, const SString& message,
 void PutReport(SControl& record, const Report& report) {
   record["Error:"] = report.summary;
   record["Error-Text:"] = report.text;
-  record.Delete("Error-Number:");  // of an error before
-  record.Delete("Error-Systext:");
-  if (report.number == 0) return;
+  if (report.number == 0) {
+    record.Delete("Error-Number:");  // of an error before
+    record.Delete("Error-Systext:");
+    return;
+  }
   record["Error-Number:"] = SString(report.number);
   record["Error-Systext:"] = GetErrorString(report.number);
 }

@@ -95,6 +95,20 @@ TEST(ProcessError, ReplacesWhatAnErrorBeforeHasLeft) {
             "Trace: router\nTrace: router\n");
 }
 
+TEST(ProcessError, LeavesTheFieldsOfAnErrorBeforeInTheirPlaces) {
+  const Errors queue;
+  SControl record("id");
+  errno = ENOENT;
+  ASSERT_EQ(ProcessError(record, "a", "b", {"1", "2"}), 1);
+  record["To:"] = "joe";
+  record["Error-Number:"].Push("x");
+  errno = ENOSPC;
+  ASSERT_EQ(ProcessError(record, "c", "d", {"3"}), 1);
+  EXPECT_EQ(ReadText(queue / "control/id-Control"),
+            "Function: Error-Handler\nError: router:d (c)\nError-Text: 3\n" + SystemLines(ENOSPC) +
+                "To: joe\nTrace: router\nTrace: router\n");
+}
+
 TEST(ProcessError, MayBeToldOfTheRecordsOwnTexts) {
   const Errors queue;
   SControl record("id");
