@@ -55,6 +55,13 @@ int File(SControl& record) {
   return 1;
 }
 
+// Writes a text and a line end to the standard error stream.
+void Print(const SString& text) {
+  // In one piece: the stream has no buffer, and other processes write to the same place.
+  const SString line = text + '\n';
+  StandardError() << line << std::flush;
+}
+
 }  // namespace
 
 int ProcessError(SControl& control, const SString& context, const SString& message,
@@ -77,16 +84,14 @@ void ProcessNotifyError(const SControl& control, const SString& context, const S
   static long sequence = 0;
   const Report report = MakeReport(errno, context, message, text);
   if (control.Get("Trace:").Contains(kErrorHandler)) {
-    StandardError() << LogFileDate() << ':' << GetEnv("ModuleName")
-                    << ":ProcessNotifyError:" << text.Join() << '\n'
-                    << std::flush;
+    Print(LogFileDate() + ':' + GetEnv("ModuleName") + ":ProcessNotifyError:" + text.Join());
     return;
   }
   SControl record = NewRecord(++sequence, report);
   if (File(record)) return;
   SString form;
   form << record;
-  StandardError() << form << '\n' << std::flush;
+  Print(form);
 }
 
 }  // namespace mailhearth

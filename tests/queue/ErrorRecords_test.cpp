@@ -8,6 +8,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
+#include <iostream>
 #include <optional>
 #include <string>
 #include <vector>
@@ -15,7 +16,9 @@
 #include "queue/Queue.h"
 #include "support/CountedNew.h"
 #include "support/ErrorText.h"
+#include "support/FailEachAllocation.h"
 #include "support/Files.h"
+#include "support/Pieces.h"
 #include "support/Process.h"
 #include "system/Clock.h"
 #include "system/FailNthCall.h"
@@ -229,6 +232,49 @@ TEST(ProcessNotifyError, PrintsTheRecordThatItCannotWrite) {
             "Error: router:what (where)\nError-Text: line\n" +
                 SystemLines(ENOSPC) + "Trace: router\n\n");
   EXPECT_EQ(queue.dispatcher.Take(0), std::nullopt);
+}
+
+// Checks that `print` writes this text to the standard error stream, as a whole and at once, and
+// none of it where memory runs out before.
+template <class Print>
+void CheckOnePiece(Print print, const std::string& text) {
+  Pieces pieces;
+  std::streambuf* const before = std::cerr.rdbuf(&pieces);
+  std::cerr << std::nounitbuf;
+  const int failed = FailEachAllocation(print, [&] { EXPECT_EQ(pieces.Text(), ""); });
+  std::cerr << std::unitbuf;
+  std::cerr.rdbuf(before);
+  EXPECT_GE(failed, 1);
+  EXPECT_EQ(pieces.Text(), text);
+  EXPECT_EQ(pieces.Count(), 1);
+  EXPECT_EQ(pieces.Flushes(), 1);
+}
+
+TEST(ProcessNotifyError, WritesItsLineInOnePieceOrNotAtAll) {
+  const Errors queue;
+  SControl about("id");
+  about["Trace:"] = "Error-Handler";
+  const SString context = "where", message = "what";
+  const SStringList text = {"a", "b"};
+  const EnvironmentKey zone("TZ");
+  ::setenv(zone.Name(), "UTC0", 1);
+  CheckOnePiece([&] { ProcessNotifyError(about, context, message, text); },
+                "19700101000000+0000:router:ProcessNotifyError:ab\n");
+}
+
+TEST(ProcessNotifyError, PrintsARecordInOnePieceOrNotAtAll) {
+  const Errors queue;
+  fs::remove(queue / "control");
+  const SControl about("id");
+  const SString context = "where", message = "what";
+  const SStringList text = {"line"};
+  CheckOnePiece(
+      [&] {
+        errno = 0;
+        ProcessNotifyError(about, context, message, text);
+      },
+      "Function: Error-Handler\nControl-Type: Error\nPriority: 1\n"
+      "Error: router:what (where)\nError-Text: line\nTrace: router\n\n");
 }
 
 TEST(ProcessError, WithoutMemoryLeavesNothingOpenAndNoHalfRecord) {

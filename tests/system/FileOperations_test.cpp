@@ -17,7 +17,6 @@
 #include <fstream>
 #include <iostream>
 #include <iterator>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -26,6 +25,7 @@
 #include "support/ErrorText.h"
 #include "support/FailEachAllocation.h"
 #include "support/OrdinaryUser.h"
+#include "support/Pieces.h"
 #include "support/TempDir.h"
 #include "system/FailNthCall.h"
 
@@ -109,36 +109,6 @@ TEST(RemoveFileLogged, WritesOneLineForAFileThatStays) {
   EXPECT_TRUE(Text(log).HasMatch("^\\d{14}[-+]\\d{4}:")) << log;
   EXPECT_EQ(log.substr(std::min<std::size_t>(19, log.size())), rest);
 }
-
-// What comes to a stream, and in how many pieces; without memory of its own.
-class Pieces : public std::streambuf {
- public:
-  Pieces() { text_.reserve(4096); }
-  [[nodiscard]] const std::string& Text() const { return text_; }
-  [[nodiscard]] int Count() const { return count_; }
-  [[nodiscard]] int Flushes() const { return flushes_; }
-
- protected:
-  std::streamsize xsputn(const char* text, std::streamsize size) override {
-    ++count_;
-    text_.append(text, static_cast<std::size_t>(size));
-    return size;
-  }
-  int_type overflow(int_type c) override {
-    const char byte = traits_type::to_char_type(c);
-    xsputn(&byte, 1);
-    return c;
-  }
-  int sync() override {
-    ++flushes_;
-    return 0;
-  }
-
- private:
-  std::string text_;
-  int count_ = 0;
-  int flushes_ = 0;
-};
 
 TEST(RemoveFileLogged, WritesItsLineInOnePieceOrNotAtAll) {
   const TempDir dir;
