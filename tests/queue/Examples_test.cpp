@@ -100,8 +100,9 @@ TEST(Examples, TheDispatcherStartsOnlyModulesAndOnlyForTheKey) {
        {std::string(), std::string("\n\n\n\n"), std::string(65'507, '\n'),
         std::string("x\nsecret\ncapitals"), std::string(60'000, 'x')}) {
     peer.Send(port, bytes);
+    // After each: two large ones at once may leave the socket no room for another.
+    EXPECT_EQ(Question("joe").Ask("capitals", 30), 1) << "it still runs";
   }
-  EXPECT_EQ(Question("joe").Ask("capitals", 30), 1) << "it still runs";
 }
 
 }  // namespace

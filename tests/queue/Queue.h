@@ -45,7 +45,7 @@ class Peer {
   [[nodiscard]] int Port() const { return port_; }
 
   // Returns the next datagram; nothing when none comes in time.
-  [[nodiscard]] std::optional<std::string> Take(int milliseconds = 5000) const;
+  [[nodiscard]] std::optional<std::string> Take(int milliseconds = 30'000) const;
 
   void Send(int port, std::string_view datagram) const;
 

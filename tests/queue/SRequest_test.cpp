@@ -247,20 +247,45 @@ TEST(Ask, AnAnswerThatComesTooLateIsNotTaken) {
   EXPECT_EQ(exchange.Files(), Names{});
 }
 
+// Handles a signal that ends a wait, as long as it lives.
+class Interruption {
+ public:
+  Interruption() {
+    struct sigaction action = {};
+    action.sa_handler = [](int) {};
+    action.sa_flags = SA_RESTART;
+    if (::sigaction(SIGUSR1, &action, &before_) != 0) std::abort();
+  }
+  ~Interruption() { ::sigaction(SIGUSR1, &before_, nullptr); }
+  Interruption(const Interruption&) = delete;
+  Interruption& operator=(const Interruption&) = delete;
+
+  // Sends the signal to this object's maker, of whom the caller is a child, as long as there
+  // is such a file: the first one may come before the wait.
+  void SendWhile(const std::string& file) const {
+    while (fs::exists(file) && ::getppid() == maker_ && ::kill(maker_, SIGUSR1) == 0) {
+      std::this_thread::sleep_for(std::chrono::milliseconds(5));
+    }
+  }
+
+ private:
+  const pid_t maker_ = ::getpid();
+  struct sigaction before_ = {};
+};
+
 TEST(Ask, TheRecordOfAnAnswerThatComesTooLateStays) {
+  const Interruption interruption;
   const Exchange exchange;
   const FirstSecond clock;
   const std::string file = "control/" + FirstId() + "-Control";
   Child peer([&] {
     SControl record(Text(exchange.TakeId()));
     if (!record.Read()) return false;
-    while (fs::exists(exchange / file)) {  // until nobody waits any more
-      std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    }
+    interruption.SendWhile(exchange / file);  // until nobody waits any more
     return SRequest(record).Answer() == 1;
   });
-  EXPECT_EQ(Question().Ask("Quota", 0.5), 0);
-  EXPECT_EQ(errno, ETIMEDOUT);
+  EXPECT_EQ(Question().Ask("Quota", kLong), 0);
+  EXPECT_EQ(errno, EINTR);
   EXPECT_TRUE(peer.Succeeds());
   EXPECT_EQ(exchange.Files(), Names{file});
 }
@@ -331,25 +356,18 @@ TEST(Ask, FailsWhereTheRecordIsGoneWhenTheAnswerComes) {
   EXPECT_EQ(errno, ENOENT);
 }
 
-volatile std::sig_atomic_t signals = 0;
-
 TEST(Ask, ASignalThatIsHandledEndsTheWait) {
-  struct sigaction action = {}, before = {};
-  action.sa_handler = [](int) { signals = signals + 1; };
-  action.sa_flags = SA_RESTART;
-  ASSERT_EQ(::sigaction(SIGUSR1, &action, &before), 0);
+  const Interruption interruption;
   const Exchange exchange;
   const NoDescriptorLeft check;
   Child peer([&] {
-    // Again and again, for the first may come before the wait.
-    while (::getppid() > 1 && ::kill(::getppid(), SIGUSR1) == 0) {
-      std::this_thread::sleep_for(std::chrono::milliseconds(20));
-    }
-    return true;
+    const std::string id = exchange.TakeId();
+    interruption.SendWhile(exchange / "control/" + id + "-Control");
+    return !id.empty();
   });
   EXPECT_EQ(Question().Ask("Quota", kLong), 0);
   EXPECT_EQ(errno, EINTR);
-  EXPECT_GT(signals, 0);
+  EXPECT_TRUE(peer.Succeeds());
   EXPECT_EQ(exchange.Files(), Names{});
 }
 
