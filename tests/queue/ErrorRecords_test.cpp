@@ -223,6 +223,18 @@ TEST(ProcessNotifyError, MakesNoRecordAboutAnErrorRecord) {
   EXPECT_EQ(queue.dispatcher.Take(0), std::nullopt);
 }
 
+TEST(ProcessNotifyError, CountsOnlyTheRecordsItMakes) {
+  InNewProcess([] {
+    const Errors queue;
+    SControl about("id");
+    about["Trace:"] = "Error-Handler";
+    EXPECT_NE(ErrorText([&] { ProcessNotifyError(about, "a", "b", {"c"}); }), "");
+    about["Trace:"] = "router";
+    ProcessNotifyError(about, "a", "b", {"c"});
+    EXPECT_EQ(queue.Files(), Names{Errors::File(1)});
+  });
+}
+
 TEST(ProcessNotifyError, PrintsTheRecordThatItCannotWrite) {
   const Errors queue;
   fs::remove(queue / "control");

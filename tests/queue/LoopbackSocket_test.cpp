@@ -1,9 +1,12 @@
 #include "queue/LoopbackSocket.h"
 
+#include <arpa/inet.h>
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <netinet/in.h>
 #include <sys/resource.h>
 #include <sys/select.h>
+#include <sys/socket.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -180,11 +183,29 @@ TEST(LoopbackSocket, WaitsAboveTheDescriptorsThatSelectKnows) {
   ::setrlimit(RLIMIT_NOFILE, &before);
 }
 
+// Returns the descriptor that the next file or socket will have.
+int NextDescriptor() {
+  const int next = ::open("/dev/null", O_RDONLY | O_CLOEXEC);
+  ::close(next);
+  return next;
+}
+
 TEST(LoopbackSocket, IsNotSeenByProgramsStarted) {
-  const int first = ::open("/dev/null", O_RDONLY | O_CLOEXEC);
-  ::close(first);
+  const int fd = NextDescriptor();
   const LoopbackSocket socket;
-  EXPECT_EQ(::fcntl(first, F_GETFD), FD_CLOEXEC);
+  EXPECT_EQ(::fcntl(fd, F_GETFD), FD_CLOEXEC);
+}
+
+TEST(LoopbackSocket, HasItsPortOnTheLoopbackAddressAlone) {
+  const int fd = NextDescriptor();
+  const LoopbackSocket socket;
+  const int port = socket.Bind();
+  sockaddr_in address = {};
+  socklen_t size = sizeof address;
+  ASSERT_EQ(::getsockname(fd, reinterpret_cast<sockaddr*>(&address), &size), 0);
+  EXPECT_EQ(address.sin_family, AF_INET);
+  EXPECT_EQ(address.sin_addr.s_addr, htonl(INADDR_LOOPBACK));
+  EXPECT_EQ(ntohs(address.sin_port), port);
 }
 
 TEST(LoopbackSocket, FailsWithEachCall) {

@@ -168,6 +168,51 @@ TEST(SControl, AnAssignmentTakesTheModuleToo) {
   EXPECT_EQ(other.GetTraceCount(), 1);
 }
 
+TEST(SControl, AnAssignmentKeepsTheDirectoryOfMessages) {
+  const Queue queue;
+  const SControl record("id");
+  queue.Set("Mailhearth", "/elsewhere");
+  SControl other;
+  other = record;
+  EXPECT_EQ(other.GetControlFilename(), Text(queue / "control/id-Control"));
+  EXPECT_EQ(other.GetHeaderFilename(), "/elsewhere/messages/id-Header");
+}
+
+// A record with a say of its own in what its id and its file are, which counts the calls of
+// its own Read and Write.
+class Renamed : public SControl {
+ public:
+  Renamed() : SNamedStringList(1, 0) {}
+  using SControl::Read;
+  using SControl::Write;
+  [[nodiscard]] SString GetFilename() const override { return "to-" + SControl::GetFilename(); }
+  void PutFilename(const SString& name) override { SControl::PutFilename(name + "-from"); }
+  int Read() override { return ++reads; }
+  int Write() override { return ++writes; }
+  int reads = 10, writes = 20;
+};
+
+TEST(SControl, GoesByTheIdOfTheDerivedClass) {
+  const Queue queue;
+  const Peer dispatcher;
+  queue.Set("DispatchSocket", std::to_string(dispatcher.Port()));
+  Renamed record;
+  EXPECT_EQ(record.Read("b"), 11);
+  EXPECT_EQ(record.GetControlFilename(), Text(queue / "control/b-from-Control"));
+  EXPECT_EQ(record.Write("a"), 21);
+  EXPECT_EQ(record.GetControlFilename(), Text(queue / "control/a-from-Control"));
+  EXPECT_EQ(record.GetHeaderFilename(), Text(queue / "messages/to-a-from-Header"));
+  EXPECT_EQ(record.GetBodyFilename(), Text(queue / "messages/to-a-from-Body"));
+  EXPECT_EQ(record.Notify(), 1);
+  EXPECT_EQ(dispatcher.Take(), "to-a-from\nsecret\n\n\n");
+  queue.Put("control/a-from-Control", "");
+  queue.Put("messages/to-a-from-Header", "");
+  queue.Put("messages/to-a-from-Body", "");
+  EXPECT_EQ(record.Defer(), 1);
+  EXPECT_EQ(record.RemoveMessage(), 1);
+  EXPECT_EQ(queue.Files(), Names{"deferred/router/to-a-from-Control"});
+}
+
 TEST(Defer, MovesTheControlFile) {
   struct Row {
     const char* host;

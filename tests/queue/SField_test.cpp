@@ -65,6 +65,16 @@ TEST(SField, WithoutAFileIsNeitherReadNorWritten) {
   EXPECT_EQ(record.Get("A:").Count(), 1);
 }
 
+TEST(SField, AnErrorLastsUntilItIsRead) {
+  const TempDir dir;
+  SField record(1, 0);
+  EXPECT_EQ(record.Write(), 0);
+  EXPECT_EQ(record.Write(Text(dir / "record")), 1);
+  EXPECT_EQ(record.Error(), -11);
+  EXPECT_EQ(record.Read(), 1);
+  EXPECT_EQ(record.Error(), 0);
+}
+
 TEST(SField, WritesWhatItReads) {
   const TempDir dir;
   const NoDescriptorLeft check;
@@ -292,8 +302,11 @@ TEST(SField, IsWrittenInAnyDirectory) {
   const TempDir dir;
   const fs::path before = fs::current_path();
   fs::current_path(dir.Path());
-  EXPECT_EQ(NewRecord("record").Write(), 1);
-  EXPECT_EQ(NewRecord("./other").Write(), 1);
+  for (const char* const path : {"record", "./other"}) {
+    const RecordCalls recorded;
+    ASSERT_EQ(NewRecord(path).Write(), 1);
+    EXPECT_EQ(recorded.Calls().end()[-2], "fsync " + dir.Path());
+  }
   fs::current_path(before);
   EXPECT_EQ(FilesBelow(dir.Path()), (Files{"other", "record"}));
 }
@@ -358,10 +371,11 @@ TEST(SField, PutsTheBytesOnTheDiskThenRenamesThenSyncsTheDirectory) {
 
 TEST(SField, ARecordAtTheRootSyncsTheRoot) {
   if (::getuid() != 0) GTEST_SKIP() << "only root writes there";
+  const std::string path = "/mailhearth-test-" + std::to_string(::getpid());
   const RecordCalls recorded;
-  ASSERT_EQ(NewRecord("/mailhearth-test-record").Write(), 1);
+  ASSERT_EQ(NewRecord(path).Write(), 1);
   EXPECT_EQ(recorded.Calls().end()[-2], "fsync /");
-  ::unlink("/mailhearth-test-record");
+  ::unlink(path.c_str());
 }
 
 TEST(SField, WithoutMemoryNothingIsWrittenAndNothingLeft) {

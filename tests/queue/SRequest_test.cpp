@@ -424,6 +424,18 @@ TEST(Ask, EveryCallMayFail) {
   }
 }
 
+TEST(Ask, AnAnswerCountsAlsoWhereItsRecordCannotBeRemoved) {
+  const Exchange exchange;
+  const FirstSecond clock;
+  const Child peer([&] { return exchange.AnswerAll(); });
+  const FailNthCall fault("unlink", 1, EIO);
+  SRequest request = Question();
+  EXPECT_EQ(request.Ask("Quota", kLong), 1);
+  EXPECT_EQ(request.Get("Quota:"), SStringList("100"));
+  EXPECT_TRUE(fault.Fired());
+  EXPECT_EQ(exchange.Files(), Names{"control/" + FirstId() + "-Control"});
+}
+
 TEST(Ask, LeavesNoRecordWhereItFails) {
   for (const char* const function : {"sendto", "ppoll", "recv", "socket"}) {
     SCOPED_TRACE(function);
@@ -508,6 +520,22 @@ TEST(Answer, NeedsARecordThatWasRead) {
   EXPECT_EQ(queue.Files(), Names{});
   ASSERT_EQ(record.Write(), 1);
   EXPECT_EQ(SRequest(record).Answer(), 1) << "or written";
+}
+
+TEST(Answer, SendsNothingWhereTheRecordCannotBeWritten) {
+  const Queue queue;
+  const NoDescriptorLeft check;
+  const Peer asker;
+  const std::string text = "Return-Path: " + std::to_string(asker.Port()) + '\n';
+  queue.Put("control/id-Control", text);
+  SControl record("id");
+  ASSERT_EQ(record.Read(), 1);
+  const FailNthCall fault("rename", 1, EIO);
+  EXPECT_EQ(SRequest(record).Answer(), 0);
+  EXPECT_EQ(errno, EIO);
+  EXPECT_EQ(asker.Take(0), std::nullopt);
+  EXPECT_EQ(queue.Files(), Names{"control/id-Control"});
+  EXPECT_EQ(ReadText(queue / "control/id-Control"), text);
 }
 
 TEST(Answer, WithoutAPortRemovesTheMessage) {
