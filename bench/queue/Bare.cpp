@@ -75,6 +75,15 @@ bool BareRead(const std::string& path, std::string& text) {
   return ::close(fd) == 0 && whole;
 }
 
+bool BareIsDirectory(const std::string& path) {
+  struct stat status = {};
+  return ::stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+bool BareRemove(const std::string& path) {
+  return !BareIsDirectory(path) && ::unlink(path.c_str()) == 0;
+}
+
 int BareSocket(int* port) {
   const int fd = ::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
   if (port == nullptr) return fd;

@@ -34,6 +34,12 @@ bool BareReplace(const std::string& dir, std::string_view text, Sync sync);
 // Replaces the contents of `text` by those of the file.
 bool BareRead(const std::string& path, std::string& text);
 
+// Whether a directory is there.
+bool BareIsDirectory(const std::string& path);
+
+// Removes a file, but looks first that it is no directory. Returns whether it went.
+bool BareRemove(const std::string& path);
+
 // A socket on the loopback address and its port; waits and sends.
 int BareSocket(int* port);
 bool BareSend(int fd, int port, std::string_view text);
