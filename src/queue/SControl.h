@@ -1,6 +1,7 @@
-// SControl is the control record of one queued message: an SField whose file is the message's
-// control file. It knows where the queue keeps a message, stamps a trace of each module that
-// writes it, defers, links and removes the message, and tells the dispatcher that it waits.
+// SControl stands for one message in the queue: an SField that tells what is to become of it, in
+// a file called its control file. It knows where the queue keeps a message, stamps a trace of
+// each module that writes it, defers, links and removes the message, and tells the dispatcher
+// that it waits.
 //
 //   SControl record("20261105080703.1234");      // an id
 //   if (!record.Read()) Complain(GetErrorString());
@@ -16,8 +17,8 @@
 // The environment is read when a record is made (Mailhearth, ModuleName) and when it is
 // announced (DispatchSocket, DispatchKey).
 //
-// Results are 1 for success and 0 for failure, errno then being that of the call that failed
-// first. Nothing is printed and nothing locked.
+// 1 means done, and 0 not done, errno then being that of the call that failed first.
+// Nothing is printed and nothing locked.
 //
 // Ids, hosts and sub-directories become parts of paths as they stand, so "../x" leads out of
 // the queue: ask IsPathComponent (Checks.h) of what comes from outside. IsFieldValue tells
@@ -96,7 +97,7 @@ class MAILHEARTH_EXPORT SControl : public SField {
   int RemoveMessage();
 
   // Gives the header and the body another name each, of the id `newId` (IsPathComponent),
-  // which must not have any. The control file is not linked. Makes both links or none.
+  // which must not have any. The control file keeps its one name. Makes both links or none.
   [[nodiscard]] int LinkMessage(const SString& newId) const;
 
   // Sends the dispatcher, which listens on port DispatchSocket of the loopback address, one

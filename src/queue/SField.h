@@ -1,5 +1,5 @@
-// SField is a named list that lives in a file: it reads the whole file into the list and
-// writes the whole list back. The text form is that of SNamedStringList.
+// SField is a named list with a file to it: one call fills the list from the file, another
+// replaces the file by the list. The text form is that of SNamedStringList.
 //
 //   SField record(1, 0);                         // names compare exactly, lines end in \n
 //   if (!record.Read(path)) Complain(GetErrorString());
@@ -13,11 +13,11 @@
 //
 // Nothing is locked. Of two processes that write the same file at the same time, the one
 // whose rename comes last has written it; one that finds the other's ".temp" removes it and
-// fails. Let one process at a time write a file: while three do, the remains of one may be
-// renamed by another.
+// fails. Let one process at a time write a file: where that one tries again, or a third writes
+// too, one may rename what another has only begun.
 //
-// Results are 1 for success and 0 for failure, errno then being that of the call that failed
-// first. When memory runs out while a file is read, the list holds a part of it.
+// 1 means done, and 0 not done, errno then being that of the call that failed first.
+// When memory runs out while a file is read, the list holds a part of it.
 //
 // Values are stored as they are. IsFieldValue (Checks.h) tells whether a value reads back as
 // it was written, and not as further fields.
@@ -64,7 +64,7 @@ class MAILHEARTH_EXPORT SField : public virtual SNamedStringList {
   // The same for the file at `name`, which is the record's file from then on.
   [[nodiscard]] virtual int Write(const SString& name);
 
-  // For a derived class that holds a lock on its file: does nothing here.
+  // Does nothing here; a derived class that locks its file ends the lock.
   virtual void UnlockFile();
 
   // The last error, as Read() and Write() set it.

@@ -22,7 +22,7 @@ int Refuse(int error) {
   return 0;
 }
 
-// Waits for the answer. Returns whether one came, and closes the socket.
+// Waits for the answer. Returns whether one came; the socket is closed then.
 bool TakeAnswer(LoopbackSocket& socket, double timeout) {
   if (!socket.Wait(timeout)) return false;
   const int length = socket.Receive();

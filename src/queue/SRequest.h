@@ -1,5 +1,5 @@
-// SRequest asks another module a question through the queue and waits for the answer, or
-// answers one.
+// With an SRequest one module puts a question to another and takes the answer, by way of the
+// queue; with another one the other module answers.
 //
 //   SControl question;                           // the module that asks
 //   question["Mailbox:"] = "joe";
@@ -20,8 +20,7 @@
 // there. A port is used again some time later, so that the byte of an answer that came too
 // late may reach another question. The record of such an answer stays in the queue.
 //
-// Results are 1 for success and 0 for failure, errno then being that of the call that failed
-// first.
+// 1 means done, and 0 not done, errno then being that of the call that failed first.
 
 #ifndef MAILHEARTH_QUEUE_SREQUEST_H
 #define MAILHEARTH_QUEUE_SREQUEST_H
