@@ -37,7 +37,11 @@ constinit SStringRep noKey{nullptr, 0, 1 << 30, 0};
 
 constexpr std::uint32_t kFactor = 33;
 
-constexpr std::uint32_t Power(std::size_t n) { return n == 0 ? 1 : kFactor * Power(n - 1); }
+constexpr std::uint32_t Power(std::size_t n) {
+  std::uint32_t power = 1;
+  for (; n > 0; --n) power *= kFactor;
+  return power;
+}
 
 // Returns the hash of the bytes of a word. Neighbours are brought together in sums of 16 bits,
 // those in sums of 32, all of them at once; none is too large for its place.
