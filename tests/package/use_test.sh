@@ -44,7 +44,7 @@ link "$work/c" "$consumer/consumer.c" --static cc -Wall -Werror
 
 # CMake's programs know themselves where the library is.
 {
-  CXX=$compiler cmake -S "$consumer" -B "$work/cmake" -DCMAKE_PREFIX_PATH="$root" \
+  CXX=$compiler cmake -G Ninja -S "$consumer" -B "$work/cmake" -DCMAKE_PREFIX_PATH="$root" \
     -DWANTED="$(pkg-config --modversion mailhearth)" && cmake --build "$work/cmake"
 } >"$work/log" 2>&1 || { cat "$work/log"; fail "find_package in $root"; }
 runs shared "$work/cmake/shared"
