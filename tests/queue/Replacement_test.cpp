@@ -109,7 +109,7 @@ TEST(Replacement, ReadersSeeEveryRecordWhole) {
 }
 
 TEST(Replacement, AWriterThatIsKilledLeavesTheOldRecordOrTheNew) {
-  constexpr int kTimes = 250, kReplaced = 50, kLeftOver = 5;
+  constexpr int kTimes = 500, kReplaced = 50, kLeftOver = 5;
   constexpr int kMost = 50'000;  // where other work of the machine keeps the writers waiting
   const InMemory memory;
   const TempDir dir;
