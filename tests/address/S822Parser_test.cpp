@@ -12,9 +12,9 @@
 #include "strings/SFixedString.h"
 #include "support/AddressParts.h"
 #include "support/CheckText.h"
-#include "support/CountedNew.h"
 #include "support/EveryText.h"
 #include "support/ExactInput.h"
+#include "support/FailEachAllocation.h"
 
 namespace {
 
@@ -478,35 +478,23 @@ TEST(S822Parser, GoodAddressesAreFoundBetweenBadOnes) {
 TEST(S822Parser, IsWholeAfterMemoryHasRunOut) {
   const SString text(
       "g: \"J\r\n S\" x <@r1,@r2:\"a b\".c@hub.lan>, d@@e, john smith@hub (1\r\n 2); <>, joe");
-  Names expected;
-  S822Parser all(text);
-  for (S822Address a = all.NextListed(); !a.IsEnd(); a = all.NextListed()) {
-    expected.emplace_back(a.Get().Defined() ? a.Get().View() : "bad");
-  }
-  EXPECT_EQ(expected.size(), 5U);
-  for (int n = 0;; ++n) {
-    S822Parser parser(text);
-    bool fired = false;
-    {
-      const FailNthAllocation fail(n);
-      try {
-        while (!parser.NextListed().IsEnd()) {
-        }
-      } catch (const std::bad_alloc&) {
-      }
-      fired = fail.Fired();
-    }
-    parser.Reset();
+  const auto readAll = [](S822Parser& parser) {
     Names names;
     for (S822Address a = parser.NextListed(); !a.IsEnd(); a = parser.NextListed()) {
       names.emplace_back(a.Get().Defined() ? a.Get().View() : "bad");
     }
-    ASSERT_EQ(names, expected) << n;
-    if (!fired) {
-      EXPECT_GT(n, 20);
-      return;
-    }
-  }
+    return names;
+  };
+  S822Parser all(text);
+  const Names expected = readAll(all);
+  EXPECT_EQ(expected.size(), 5U);
+  const int failed = FailEachAllocation([&] { return S822Parser(text); },
+                                        [&](S822Parser& parser) { readAll(parser); },
+                                        [&](S822Parser& parser) {
+                                          parser.Reset();
+                                          EXPECT_EQ(readAll(parser), expected);
+                                        });
+  EXPECT_GT(failed, 20);
 }
 
 }  // namespace

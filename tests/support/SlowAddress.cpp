@@ -710,13 +710,19 @@ std::string SlowFixBogusAddress(const std::string& offered) {
       text = Made(quoted);
     }
   }
-  const SStringList pieces = text.Split("\\s*(@\\s*)+");
+  SStringList pieces = text.Split("\\s*(@\\s*)+");
+  if (pieces.Count() >= 3 && pieces.Get(0).HasPrefix("@")) {  // never, as they have no at-signs
+    while (pieces.Count() > 2) pieces.Shift();
+    SString local = pieces.Get(0);
+    local.S(".*:\\s*", "");
+    pieces = SStringList({local, pieces.Get(1)});
+  }
   if (pieces.Count() == 1) {
     const std::string form = Checked(Text(text));
     return form.empty() ? "<>" : form;
   }
   if (pieces.Count() != 2) return "<>";
-  const std::string local = Text(pieces[0]), domain = RepairedDomain(Text(pieces[1]));
+  const std::string local = Text(pieces.Get(0)), domain = RepairedDomain(Text(pieces.Get(1)));
   if (domain.empty()) return "<>";
   for (const std::string& form :
        {Checked('<' + local + '@' + domain + '>'), Checked("<\"" + local + "\"@" + domain + '>')}) {
