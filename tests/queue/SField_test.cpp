@@ -12,8 +12,8 @@
 #include <vector>
 
 #include "support/CheckText.h"
-#include "support/CountedNew.h"
 #include "support/EnvironmentKey.h"
+#include "support/FailEachAllocation.h"
 #include "support/Files.h"
 #include "support/OrdinaryUser.h"
 #include "support/TempDir.h"
@@ -379,47 +379,31 @@ TEST(SField, ARecordAtTheRootSyncsTheRoot) {
 }
 
 TEST(SField, WithoutMemoryNothingIsWrittenAndNothingLeft) {
-  for (int n = 0;; ++n) {
-    SCOPED_TRACE(n);
-    const TempDir dir;
-    const NoDescriptorLeft check;
-    SField record = NewRecord(dir.File("record", "old"));
-    bool thrown = false;
-    {
-      const FailNthAllocation fault(n);
-      try {
-        static_cast<void>(record.Write());
-      } catch (const std::bad_alloc&) {
-        thrown = true;
-      }
-    }
-    EXPECT_EQ(FilesBelow(dir.Path()), Files{"record"});
-    EXPECT_EQ(ReadText(dir / "record"), thrown ? "old" : kNew);
-    EXPECT_EQ(record.Get("Trace:"), (SStringList{"a", "b"}));
-    if (!thrown) break;
-  }
+  const TempDir dir;
+  const std::string path = dir.File("record", "old");
+  const int failed = FailEachAllocation([&] { return NewRecord(path); },
+                                        [](SField& record) { EXPECT_EQ(record.Write(), 1); },
+                                        [&](const SField& record) {
+                                          EXPECT_EQ(FilesBelow(dir.Path()), Files{"record"});
+                                          EXPECT_EQ(ReadText(path), "old");
+                                          EXPECT_EQ(record.Get("Trace:"), (SStringList{"a", "b"}));
+                                        });
+  EXPECT_GT(failed, 2);
+  EXPECT_EQ(FilesBelow(dir.Path()), Files{"record"});
+  EXPECT_EQ(ReadText(path), kNew);
 }
 
 TEST(SField, WithoutMemoryNothingOfAReadIsLeftOpen) {
   const TempDir dir;
   const SString path = Text(dir.File("record", kNew));
-  for (int n = 0;; ++n) {
-    SCOPED_TRACE(n);
-    const NoDescriptorLeft check;
-    SField record(1, 0);
-    record.PutFilename(path);
-    bool thrown = false;
-    {
-      const FailNthAllocation fault(n);
-      try {
-        EXPECT_EQ(record.Read(), 1);
-      } catch (const std::bad_alloc&) {
-        thrown = true;
-      }
-    }
-    EXPECT_EQ(record.Loaded(), thrown ? 0 : 1);
-    if (!thrown) break;
-  }
+  FailEachAllocation(
+      [&] {
+        SField record(1, 0);
+        record.PutFilename(path);
+        return record;
+      },
+      [](SField& record) { EXPECT_EQ(record.Read(), 1); },
+      [](const SField& record) { EXPECT_EQ(record.Loaded(), 0); });
 }
 
 }  // namespace
