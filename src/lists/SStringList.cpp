@@ -26,13 +26,12 @@ static_assert(sizeof(SStringList) == sizeof(void*));
 
 namespace {
 
-// What lists that have been moved from share, counted so high that it is never freed and
-// never edited.
-constinit SStringListRep movedFrom{nullptr, 0, 1 << 30, 0};
+// What moved-from lists share: pinned, so it is never counted, edited or freed, and in
+// read-only memory.
+constexpr SStringListRep kMovedFrom{nullptr, 0, SStringListRep::kPinned, 0};
 
 SStringListRep* MovedFrom() {
-  ++movedFrom.links;
-  return &movedFrom;
+  return const_cast<SStringListRep*>(&kMovedFrom);  // nothing writes to what is pinned
 }
 
 void Link(SStringItem* before, SStringItem* after) {
@@ -123,9 +122,9 @@ SStringList::SStringList(SStringList&& other) noexcept
 SStringList::SStringList(const SString& s) : SStringList() { _Push(s); }
 SStringList::SStringList(const char* s) : SStringList() { _Push(SString(s)); }
 
-SStringList::SStringList(std::initializer_list<SString> elements) : SStringList() {
+SStringList::SStringList(std::initializer_list<Element> elements) : SStringList() {
   _Define();
-  for (const SString& element : elements) _Push(element);
+  for (const Element& element : elements) _Push(element.text);
 }
 
 SStringList::SStringList(const char** v) : SStringList() {
@@ -260,16 +259,22 @@ bool SStringList::Delete(int i) {
   return true;
 }
 
-void SStringList::Insert(const SStringList& o, int pos) {
+int SStringList::Insert(const SStringList& o, int pos) {
   _MakeUnique();
   if (Count() == 0) {
-    *this = o;
+    _Share(o);
     if (pos > 0) _TakeUndefined(pos, 0);
   } else if (pos >= 0 && pos <= Count()) {
     SStringList copies;
     copies._Push(o);
     _Take(copies, pos);
   }
+  return Count();
+}
+
+void SStringList::_Share(const SStringList& o) {
+  *this = o;
+  if (rep_ == &kMovedFrom) _MakeUnique();
 }
 
 SString SStringList::Pop() {
@@ -402,8 +407,8 @@ void SStringList::Debug(int level) const {
 void SStringList::_Create() { rep_ = new SStringListRep; }
 
 bool SStringList::_MakeUnique() {
-  if (rep_ == &movedFrom) {
-    *this = SStringList();  // nobody else's: as undefined as it was
+  if (rep_ == &kMovedFrom) {
+    *this = SStringList();  // shared with nobody, so as undefined as it was
   } else if (rep_->links > 1) {
     SStringList mine;
     mine._Define();
@@ -508,10 +513,9 @@ std::int64_t SStringList::_TotalSize() const {
 }
 
 void SStringList::_Free() noexcept {
-  if (--rep_->links == 0) {
-    DestroyItems(*rep_);
-    delete rep_;
-  }
+  if (rep_->links == SStringListRep::kPinned || --rep_->links > 0) return;
+  DestroyItems(*rep_);
+  delete rep_;
 }
 
 int Length(const SStringList& list) {

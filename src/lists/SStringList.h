@@ -45,6 +45,9 @@ inline namespace mailhearth {
 
 // What the handles of one list share.
 struct MAILHEARTH_EXPORT SStringListRep {
+  // So many links are not counted any more, and the list is never freed; see SStringRep.
+  static constexpr int kPinned = SStringRep::kPinned;
+
   SStringItem* root = nullptr;  // the first element, the last being its `prev`; null if none
   int count = 0;                // elements
   int links = 1;                // handles that share this representation
@@ -88,6 +91,17 @@ class MAILHEARTH_EXPORT SStringList {
     int left_ = 0;  // elements from here to the end
   };
 
+  // A text among the braces that make a list: a string, or what makes one and is no number.
+  // So {"abc", 2} is a string, the first two bytes of a text, as everywhere.
+  struct Element {
+    SString text;
+
+    template <class Text>
+    requires(std::constructible_from<SString, Text> &&
+             !std::is_arithmetic_v<std::remove_reference_t<Text>>) Element(Text&& t)
+        : text(std::forward<Text>(t)) {}
+  };
+
   // As the standard names them.
   using value_type = SString;
   using const_iterator = Iterator;
@@ -97,9 +111,11 @@ class MAILHEARTH_EXPORT SStringList {
   SStringList();
 
   // A handle on the list of `other`; nothing is copied.
-  SStringList(const SStringList& other) noexcept : rep_(other.rep_) { ++rep_->links; }
+  SStringList(const SStringList& other) noexcept : rep_(other.rep_) {
+    if (rep_->links != SStringListRep::kPinned) ++rep_->links;
+  }
 
-  // Takes over the list of `other`, which is left undefined.
+  // Moves from `other`, leaving it undefined.
   SStringList(SStringList&& other) noexcept;
 
   // A defined list of one element.
@@ -108,7 +124,7 @@ class MAILHEARTH_EXPORT SStringList {
 
   // A defined list of these elements; of the strings up to the null pointer that ends `v`.
   // A null `v` gives an undefined list.
-  SStringList(std::initializer_list<SString> elements);
+  SStringList(std::initializer_list<Element> elements);
   SStringList(const char** v);
 
   ~SStringList();
@@ -189,13 +205,21 @@ class MAILHEARTH_EXPORT SStringList {
   bool Delete(char c) { return Delete(SString(c)); }
   bool Delete(int i);
 
+  // The same for other numbers, without their fraction; past the range of int, its end.
+  template <class Number>
+  requires std::is_arithmetic_v<Number>
+  bool Delete(Number i) { return Delete(_Narrow(i)); }
+
   // Inserts the elements of `o` before position `pos`, at the end if that is Count().
   // Nothing happens when `pos` is outside the list or `o` has no elements.
   //
   // An empty list becomes a handle on the list of `o`, whatever `pos` is. Known and kept:
   // with `pos` above 0 so many undefined strings are then put in front of that shared list,
-  // so `o` and all that share it have them too.
-  void Insert(const SStringList& o, int pos);
+  // so `o` and all that share it have them too, unless `o` has been moved from: it stays as it
+  // is.
+  //
+  // The result carries no meaning.
+  int Insert(const SStringList& o, int pos);
 
   // Removes and returns the last or the first element; an undefined string if none.
   SString Pop();
@@ -284,9 +308,17 @@ class MAILHEARTH_EXPORT SStringList {
 
   template <std::integral Integer>
   static int _Narrow(Integer i) {
-    constexpr std::int64_t kLeast = std::numeric_limits<int>::min();
-    constexpr std::int64_t kMost = std::numeric_limits<int>::max();
-    return static_cast<int>(std::clamp(static_cast<std::int64_t>(i), kLeast, kMost));
+    constexpr int kLeast = std::numeric_limits<int>::min();
+    constexpr int kMost = std::numeric_limits<int>::max();
+    const auto number = +i;  // of a type that can be compared, if it was a character's
+    if (std::cmp_less(number, kLeast)) return kLeast;
+    return std::cmp_greater(number, kMost) ? kMost : static_cast<int>(number);
+  }
+  template <std::floating_point Real>
+  static int _Narrow(Real i) {
+    constexpr std::int64_t kBeyond = std::int64_t{1} << 40;
+    if (i >= static_cast<Real>(kBeyond)) return _Narrow(kBeyond);
+    return _Narrow(i > static_cast<Real>(-kBeyond) ? static_cast<std::int64_t>(i) : -kBeyond);
   }
 
   int _Push(const SString& s);
@@ -296,6 +328,9 @@ class MAILHEARTH_EXPORT SStringList {
   static void _Reverse(SStringItem* first, SStringItem* last, int n);
   static void _Sort(SStringItem* first, int n);
   static void _SwapSStrings(SStringItem* a, SStringItem* b) { swap(a->value, b->value); }
+
+  // Shares the list of `o`, or has one of its own where `o` has none to share.
+  void _Share(const SStringList& o);
 
   // Moves all elements of `other` to before position `pos`.
   void _Take(SStringList& other, int pos);

@@ -1,6 +1,7 @@
 #include "SRegex.h"
 
 #include <algorithm>
+#include <array>
 #include <ostream>
 #include <span>
 #include <utility>
@@ -16,22 +17,40 @@ namespace {
 
 constexpr regmatch_t kNone = {-1, -1};
 
+// Returns a match where it stands in a text that begins `shift` bytes earlier.
+regmatch_t Shifted(const regmatch_t& match, regoff_t shift) {
+  return match.rm_so < 0 ? kNone : regmatch_t{match.rm_so + shift, match.rm_eo + shift};
+}
+
 }  // namespace
 
 struct SRegex::Matches {
+  // The longest match whose groups are left to be found when somebody asks for them.
+  static constexpr std::size_t kLongestKept = 254;
+
   Positions positions;
 
-  // While the groups of the last match are still to be found: the string and the match.
+  // While the groups of the last match are still to be found: the match, its bytes and the one
+  // on each side of them, where there is one. A match has the same groups in every text that
+  // looks the same up to there.
   bool pending = false;
-  SString subject;
   regmatch_t match = kNone;
+  std::size_t keptFrom = 0;
+  std::size_t keptSize = 0;
+  std::array<char, kLongestKept + 2> kept;
 
   Matches() { positions.fill(kNone); }
 
-  // Lets go of the string, at no cost.
-  void Release() {
-    pending = false;
-    const SString released(std::move(subject));
+  // Keeps what the groups of a match depend on. Returns whether there is room for it.
+  bool Keep(std::string_view text, const regmatch_t& last) {
+    const auto from = static_cast<std::size_t>(last.rm_so),
+               to = static_cast<std::size_t>(last.rm_eo);
+    if (to - from > kLongestKept) return false;
+    keptFrom = from - (from > 0 ? 1 : 0);
+    keptSize = text.substr(keptFrom, to + 1 - keptFrom).copy(kept.data(), kept.size());
+    match = last;
+    pending = true;
+    return true;
   }
 };
 
@@ -65,7 +84,7 @@ bool SRegex::HasMatch(const SString& s, int start) const {
   if (!OK()) return false;
   regmatch_t match;
   const bool found = _Find(s.View(), start, match);
-  _Record(s, start, found ? &match : nullptr);
+  _Record(s.View(), start, found ? &match : nullptr);
   return found;
 }
 
@@ -107,29 +126,27 @@ bool SRegex::_Find(std::string_view text, int start, regmatch_t& match) const {
   return OK() && compiled_->Find(text, start, match);
 }
 
-void SRegex::_Record(const SString& s, int start, const regmatch_t* match) const {
+void SRegex::_Record(std::string_view text, int start, const regmatch_t* match) const {
   Matches& last = *matches_;
   if (match == nullptr) {
-    last.positions[0] = {start, s.Length()};
-  } else if (compiled_->GroupCount() == 0) {
+    last.positions[0] = {start, static_cast<regoff_t>(text.size())};
+  } else if (compiled_->GroupCount() == 0 || last.Keep(text, *match)) {
     last.positions[0] = *match;
-  } else if (s._Keepable()) {
-    last.positions[0] = last.match = *match;
-    last.subject = s;
-    last.pending = true;
   } else {
-    last.positions = _FindGroups(s.View(), *match);
-    last.Release();
+    last.positions = _FindGroups(text, *match);
+    last.pending = false;
   }
 }
 
 void SRegex::_FindPending() const {
   Matches& last = *matches_;
   if (!last.pending) return;
-  const regmatch_t whole = last.positions[0];  // of a later search that failed, perhaps
-  last.positions = _FindGroups(last.subject.View(), last.match);
-  last.positions[0] = whole;
-  last.Release();
+  const auto shift = static_cast<regoff_t>(last.keptFrom);
+  Positions found = _FindGroups({last.kept.data(), last.keptSize}, Shifted(last.match, -shift));
+  for (regmatch_t& group : found) group = Shifted(group, shift);
+  found[0] = last.positions[0];  // of a later search that failed, perhaps
+  last.positions = found;
+  last.pending = false;
 }
 
 SRegex::Positions SRegex::_FindGroups(std::string_view text, const regmatch_t& match) const {

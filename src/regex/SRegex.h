@@ -17,11 +17,9 @@
 //     Consume(line.Segment(value.rm_so, value.rm_eo - value.rm_so));
 //   }
 //
-// Groups cost nothing until they are asked for. So that they can be, an expression with
-// groups keeps a handle on the string it matched last, up to the first call of MatchInfo(k)
-// with k above 0 or the next search that matches. An edit of the string in the meantime
-// copies its bytes first. Of a string on bytes that somebody else keeps, no handle is kept:
-// there the search finds the groups at once.
+// Groups of a short match cost a copy of its bytes until they are asked for; those of a
+// longer one are found by the search. Either way the expression keeps nothing of the string,
+// which may be edited or destroyed.
 //
 // Copying copies nothing; see below. Not for use between threads: a search writes to the
 // object, a constant one too.
@@ -128,8 +126,9 @@ class MAILHEARTH_EXPORT SRegex {
   // Searches as HasMatch does, but leaves no trace.
   bool _Find(std::string_view text, int start, regmatch_t& match) const;
 
-  // Leaves the trace of HasMatch(s, start), which found `match`, or nothing if that is null.
-  void _Record(const SString& s, int start, const regmatch_t* match) const;
+  // Leaves the trace of a search of `text` from `start` on, which found `match`, or nothing if
+  // that is null.
+  void _Record(std::string_view text, int start, const regmatch_t* match) const;
 
   // Finds the groups of the last match unless that has been done.
   void _FindPending() const;

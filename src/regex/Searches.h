@@ -1,5 +1,5 @@
 // A series of searches through one string, of which the expression learns when it is over,
-// if at all: nothing is written to it, no handle kept and no group looked for on the way.
+// if at all: nothing is written to it and no group looked for on the way.
 
 #ifndef MAILHEARTH_REGEX_SEARCHES_H
 #define MAILHEARTH_REGEX_SEARCHES_H
@@ -13,7 +13,7 @@ inline namespace mailhearth {
 class Searches {
  public:
   // Both arguments must outlive it, and the string must not be edited.
-  Searches(const SRegex& re, const SString& s) : re_(re), s_(s), text_(s.View()) {}
+  Searches(const SRegex& re, const SString& s) : re_(re), text_(s.View()) {}
 
   // Returns what a match covers of a text; nothing for a group that took no part.
   static std::string_view Covered(std::string_view text, const regmatch_t& match) {
@@ -52,13 +52,12 @@ class Searches {
   // Leaves the traces in the expression that these searches would have left one by one.
   // Needs: an expression that is compiled.
   void Record() const {
-    if (Any()) re_._Record(s_, last_.rm_so, &last_);
-    if (start_ >= 0 && !found_) re_._Record(s_, start_, nullptr);
+    if (Any()) re_._Record(text_, last_.rm_so, &last_);
+    if (start_ >= 0 && !found_) re_._Record(text_, start_, nullptr);
   }
 
  private:
   const SRegex& re_;
-  const SString& s_;
   const std::string_view text_;
   regmatch_t last_ = {-1, -1};
   int start_ = -1;  // of the last search; negative if there was none

@@ -111,9 +111,7 @@ SStringList SString::S(const char* pattern, const SString& replacement, const ch
 
 SStringList SString::_Interleave(const SString& replacement, const char* options) {
   SStringList list("");
-  SString made(replacement);
-  // It must not go on as a handle on bytes that somebody else keeps.
-  if (made.Defined() && !made._Keepable()) made._MakeUnique();
+  SString made = Lasting(replacement);
   if (HasOption(options, kGlobal)) {
     const std::int64_t gaps = std::int64_t{Length()} + 1;
     const int length = CheckedLength(Length() + gaps * replacement.Length());

@@ -21,7 +21,7 @@
 
 inline namespace mailhearth {
 
-class MAILHEARTH_EXPORT SFixedString : private SStringRep {
+class MAILHEARTH_EXPORT SFixedString : public SStringRep {
  public:
   // Views the empty text.
   SFixedString() : SFixedString("", 0) {}
@@ -38,12 +38,8 @@ class MAILHEARTH_EXPORT SFixedString : private SStringRep {
   // Views other bytes, in this object and in every string that shares it.
   void SetBuffer(const char* buf, int len);
 
-  // May live on the heap as anywhere.
-  using SStringRep::operator new;
-  using SStringRep::operator delete;
-
   // A string that shares this object.
-  operator SString() { return SString(static_cast<SStringRep*>(this)); }
+  operator SString() { return SString(this); }
 
  private:
   // The object itself and one more, so that no string is ever the last to let go of it,

@@ -3,6 +3,7 @@
 #include <locale.h>  // newlocale: POSIX, not in <clocale>
 #include <stdlib.h>  // strtod_l
 
+#include <array>
 #include <charconv>
 #include <cstring>
 #include <functional>
@@ -19,15 +20,6 @@ static_assert(sizeof(SString) == sizeof(void*));
 
 namespace {
 
-// Returns a representation that holds a copy of `text`.
-SStringRep* CopyOf(std::string_view text) {
-  SStringRep* const rep = SStringRep::New(CheckedLength(static_cast<std::int64_t>(text.size())));
-  text.copy(rep->buffer, text.size());
-  rep->length = static_cast<int>(text.size());
-  rep->buffer[rep->length] = '\0';
-  return rep;
-}
-
 // Returns a representation that holds `n` times the byte `c`.
 SStringRep* Fill(char c, int n) {
   SStringRep* const rep = SStringRep::New(n);
@@ -37,13 +29,19 @@ SStringRep* Fill(char c, int n) {
   return rep;
 }
 
-// Returns a representation that holds the text std::to_chars makes of its arguments.
-template <class... Number>
-SStringRep* TextOf(Number... number) {
-  char text[32];  // "-1.234567890123456e-308" is the longest
-  const char* const end = std::to_chars(text, text + sizeof text, number...).ptr;
-  return CopyOf({text, end});
-}
+// The text that std::to_chars makes of its arguments.
+class NumberText {
+ public:
+  template <class... Number>
+  explicit NumberText(Number... number)
+      : end_(std::to_chars(text_.begin(), text_.end(), number...).ptr) {}
+
+  operator std::string_view() const { return {text_.begin(), end_}; }
+
+ private:
+  std::array<char, 32> text_;  // "-1.234567890123456e-308" is the longest
+  const char* end_;
+};
 
 constexpr int kSignificantDigits = 16;
 
@@ -82,19 +80,15 @@ std::string Report(const SStringRep& rep) {
 
 }  // namespace
 
-SString::SString() : rep_(new SStringRep{nullptr, 0, 1, 0}) {}
-SString::SString(const char* s) : rep_(CopyOf(_Text(s))) {}
-SString::SString(std::string_view text) : rep_(CopyOf(text)) {}
+SString::SString() : rep_(SStringRep::NewUndefined()) {}
+SString::SString(const char* s) : rep_(_CopyOf(_Text(s))) {}
 SString::SString(char c, int n) : rep_(Fill(c, CheckedLength(n < 0 ? 0 : n))) {}
-SString::SString(int value) : rep_(TextOf(value)) {}
-SString::SString(long value) : rep_(TextOf(value)) {}
-SString::SString(float value) : SString(static_cast<double>(value)) {}
 SString::SString(double value)
-    : rep_(TextOf(value, std::chars_format::general, kSignificantDigits)) {}
+    : rep_(_CopyOf(NumberText(value, std::chars_format::general, kSignificantDigits))) {}
 
 SString::SString(const char* s, int n) {
   if (n < 0) n = 0;
-  rep_ = s == nullptr ? Fill('\0', CheckedLength(n)) : CopyOf({s, static_cast<std::size_t>(n)});
+  rep_ = s == nullptr ? Fill('\0', CheckedLength(n)) : _CopyOf({s, static_cast<std::size_t>(n)});
 }
 
 SString& SString::operator=(const char* s) {
@@ -129,6 +123,17 @@ void SString::Debug(int verbose) const {
   StandardError().write(dump.data(), static_cast<std::streamsize>(dump.size()));
 }
 
+SStringRep* SString::_CopyOf(std::string_view text) {
+  SStringRep* const rep = SStringRep::New(CheckedLength(static_cast<std::int64_t>(text.size())));
+  text.copy(rep->buffer, text.size());
+  rep->length = static_cast<int>(text.size());
+  rep->buffer[rep->length] = '\0';
+  return rep;
+}
+
+SStringRep* SString::_TextOf(std::int64_t value) { return _CopyOf(NumberText(value)); }
+SStringRep* SString::_TextOf(std::uint64_t value) { return _CopyOf(NumberText(value)); }
+
 char* SString::_Malloc(int n) {
   rep_ = SStringRep::New(n);
   char* const end = rep_->buffer + n;
@@ -137,24 +142,22 @@ char* SString::_Malloc(int n) {
 }
 
 char* SString::_Realloc(int n) {
-  if (_HasRoom(n)) {
-    rep_->buffer[n] = '\0';
-  } else if (rep_->links == 1 && Defined() && !rep_->OneBlock()) {
-    rep_->Enlarge(n);  // made elsewhere: its maker may know it by its address
-    rep_->buffer[n] = '\0';
-  } else {
-    SStringRep* const left = rep_;
-    const std::string_view bytes = View().substr(0, static_cast<std::size_t>(n));
-    _Malloc(n);
-    bytes.copy(rep_->buffer, bytes.size());
-    _SetLength(static_cast<int>(bytes.size()));
-    if (--left->links == 0) SStringRep::Delete(left);
-  }
+  if (!_HasRoom(n)) _Rebuffer(n, View().substr(0, static_cast<std::size_t>(n)));
+  rep_->buffer[n] = '\0';
   return rep_->buffer + n;
 }
 
+void SString::_Rebuffer(int n, std::string_view bytes) {
+  if (_Adopted()) return rep_->Rebuffer(n, bytes);
+  SStringRep* const left = rep_;
+  _Malloc(n);
+  bytes.copy(rep_->buffer, bytes.size());
+  _SetLength(static_cast<int>(bytes.size()));
+  left->Unlink();  // not before: `bytes` may be its own
+}
+
 void SString::_Undef() {
-  if (rep_->links == 1 && !rep_->OneBlock()) {
+  if (_Adopted()) {
     rep_->Clear();
   } else {
     *this = SString();
@@ -167,7 +170,7 @@ void SString::_Assign(const char* text, std::size_t n) {
     if (n > 0) std::memmove(rep_->buffer, text, n);  // it may be bytes of this buffer
     _SetLength(length);
   } else {
-    *this = SString(std::string_view(text, n));
+    _Rebuffer(length, {text, n});
   }
 }
 
@@ -187,7 +190,12 @@ bool SString::_Holds(const char* text) const {
 }
 
 SString Terminated(const SString& s) {
-  return !s.Defined() || s.rep_->Terminated() ? s : SString(s.Data(), s.Length());
+  return !s.Defined() || s.rep_->Terminated() ? s : SString(s.View());
+}
+
+SString Lasting(const SString& s) {
+  if (s.rep_->origin == SStringRep::kLibrary) return s;
+  return s.Defined() ? SString(s.View()) : SString();
 }
 
 }  // namespace mailhearth

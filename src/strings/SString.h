@@ -25,6 +25,7 @@
 #define MAILHEARTH_STRINGS_SSTRING_H
 
 #include <compare>
+#include <concepts>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -43,6 +44,12 @@ class SRegex;
 class SStringList;
 class SSubString;
 
+// Text of other libraries: std::string, std::string_view and the like. Functions that take it are
+// templates, so that braces and null pointers go where they always went.
+template <class Text>
+concept OtherText = std::convertible_to<const Text&, std::string_view> &&
+    !std::convertible_to<const Text&, const char*>;
+
 class MAILHEARTH_EXPORT SString {
  public:
   // An undefined string. Costs one allocation, as every string does that is not made
@@ -50,14 +57,14 @@ class MAILHEARTH_EXPORT SString {
   SString();
 
   // A handle on the bytes of `other`; nothing is copied.
-  SString(const SString& other) noexcept : rep_(other.rep_) { ++rep_->links; }
+  SString(const SString& other) noexcept : rep_(other.rep_) { rep_->Link(); }
 
-  // Takes over the bytes of `other`, which is left undefined.
-  SString(SString&& other) noexcept : rep_(std::exchange(other.rep_, SStringRep::MovedFrom())) {}
+  // Moves from `other`, leaving it undefined.
+  SString(SString&& other) noexcept : rep_(std::exchange(other.rep_, SStringRep::Undefined())) {}
 
   // A handle on a representation made elsewhere, counted in its `links`.
   // Needs: `rep` is not null; SStringRep.h tells who frees it.
-  SString(SStringRep* rep) noexcept : rep_(rep) { ++rep_->links; }
+  SString(SStringRep* rep) noexcept : rep_(rep) { rep_->Link(); }
 
   // A copy of the NUL-terminated text `s`; of a null `s`, defined and empty.
   SString(const char* s);
@@ -68,22 +75,26 @@ class MAILHEARTH_EXPORT SString {
   SString(const char* s, int n);
 
   // A copy of the bytes of `text`.
-  explicit SString(std::string_view text);
+  template <OtherText Text>
+  explicit SString(const Text& text) : rep_(_CopyOf(text)) {}
 
   // `n` times the byte `c`. A negative `n` counts as 0.
   SString(char c, int n = 1);
 
   // The decimal text of a number: "%d", "%ld" and, for both kinds of floating
   // point, "%.16g" of the value as a double, in the C locale whatever the locale is.
-  SString(int value);
-  SString(long value);
-  SString(float value);
+  SString(int value) : rep_(_TextOf(std::int64_t{value})) {}
+  SString(long value) : rep_(_TextOf(std::int64_t{value})) {}
+  SString(float value) : SString(static_cast<double>(value)) {}
   SString(double value);
+
+  // The same for other integers.
+  template <std::integral Integer>
+  SString(Integer value) : rep_(_TextOf(_Widened(value))) {}
 
   ~SString() { _Free(); }
 
-  // Assignment from a string shares its bytes; from a number, those of a new one. Other
-  // integer types are ambiguous: cast to int or long.
+  // Assignment from a string shares its bytes; from a number, those of a new one.
   // From text or a byte, the bytes are copied into the room there is if this handle
   // is the only one on it.
   SString& operator=(const SString& other) noexcept;
@@ -94,6 +105,10 @@ class MAILHEARTH_EXPORT SString {
   SString& operator=(long value) { return *this = SString(value); }
   SString& operator=(float value) { return *this = SString(value); }
   SString& operator=(double value) { return *this = SString(value); }
+  template <std::integral Integer>
+  SString& operator=(Integer value) {
+    return *this = SString(value);
+  }
 
   // Number of bytes.
   [[nodiscard]] int Length() const { return rep_->length; }
@@ -121,20 +136,26 @@ class MAILHEARTH_EXPORT SString {
   SString& operator+=(const SString& t);
   SString& operator+=(const char* s);
   SString& operator+=(char c);
-  SString& operator+=(std::string_view t);
+  template <OtherText Text>
+  SString& operator+=(const Text& t) {
+    const std::string_view text = t;
+    _Append(text.data(), text.size());
+    return *this;
+  }
 
   // Not for numbers, which would go in as bytes: append SString(number), or a char.
   template <class Number>
-  requires std::is_arithmetic_v<Number> SString& operator+=(Number) = delete;
+  requires(std::is_arithmetic_v<Number> || std::is_enum_v<Number>) SString& operator+=(Number) =
+      delete;
 
   // A new string: this one with the operand appended.
   [[nodiscard]] SString operator+(const SString& t) const& { return SString(*this) + t; }
   [[nodiscard]] SString operator+(const char* s) const& { return SString(*this) + s; }
   [[nodiscard]] SString operator+(char c) const& { return SString(*this) + c; }
 
-  // The same where this one is not needed any more: a chain of sums goes on in one buffer.
-  [[nodiscard]] SString operator+(const SString& t) && { return std::move(*this += t); }
-  [[nodiscard]] SString operator+(const char* s) && { return std::move(*this += s); }
+  // Overloads for temporaries: they append in place, so a chain of sums uses one buffer.
+  [[nodiscard]] SString operator+(const SString& t) && { return _Plus(t.View()); }
+  [[nodiscard]] SString operator+(const char* s) && { return _Plus(_Text(s)); }
   [[nodiscard]] SString operator+(char c) && { return std::move(*this += c); }
 
   // Returns the byte at position `i`; a negative `i` counts from the end, -1 being
@@ -160,6 +181,14 @@ class MAILHEARTH_EXPORT SString {
   [[nodiscard]] std::strong_ordering operator<=>(char c) const {
     return View() <=> std::string_view(&c, 1);
   }
+
+  // The same as members that can be called by name and pointed to.
+  [[nodiscard]] bool operator<(const SString& t) const { return (*this <=> t) < 0; }
+  [[nodiscard]] bool operator<(const char* s) const { return (*this <=> s) < 0; }
+  [[nodiscard]] bool operator<(char c) const { return (*this <=> c) < 0; }
+  [[nodiscard]] bool operator>(const SString& t) const { return (*this <=> t) > 0; }
+  [[nodiscard]] bool operator>(const char* s) const { return (*this <=> s) > 0; }
+  [[nodiscard]] bool operator>(char c) const { return (*this <=> c) > 0; }
 
   // Returns a new array of Length() + 1 bytes, the string's and a NUL; null when memory is
   // short. The caller frees it with `delete[]`.
@@ -310,9 +339,15 @@ class MAILHEARTH_EXPORT SString {
   friend class SStringPeek;  // the tests' eye
   friend class SSubString;
   friend MAILHEARTH_EXPORT SString Terminated(const SString& s);
+  friend MAILHEARTH_EXPORT SString Lasting(const SString& s);
 
   // In all of these 0 <= n <= kMaxLength, and one that finds no memory throws and has
   // changed nothing.
+
+  // Returns a representation that holds a copy of `text`, or a number's text.
+  [[nodiscard]] static SStringRep* _CopyOf(std::string_view text);
+  [[nodiscard]] static SStringRep* _TextOf(std::int64_t value);
+  [[nodiscard]] static SStringRep* _TextOf(std::uint64_t value);
 
   // Points this handle at a new representation for `n` bytes, NUL at `n`; the
   // caller sets the length and has taken care of the representation left.
@@ -324,6 +359,10 @@ class MAILHEARTH_EXPORT SString {
   // were shared; NUL at `n`; the caller sets the length. Never shrinks the buffer.
   // Returns the address of position `n`.
   char* _Realloc(int n);
+
+  // Makes this handle the only one on a new buffer for `n` bytes that begins with `bytes`,
+  // which may be bytes of this string. Needs: no more than `n` bytes.
+  void _Rebuffer(int n, std::string_view bytes);
 
   // Makes this handle undefined and the only one on its representation.
   void _Undef();
@@ -341,6 +380,9 @@ class MAILHEARTH_EXPORT SString {
   // of this string. A length past the limit is OutOfMemory().
   void _Assign(const char* text, std::size_t n);
   void _Append(const char* text, std::size_t n);
+
+  // Returns this temporary with `text` appended.
+  [[nodiscard]] SString _Plus(std::string_view text);
 
   // _Append where there is no room yet.
   void _GrowAndAppend(const char* text, std::size_t n);
@@ -366,8 +408,11 @@ class MAILHEARTH_EXPORT SString {
   // Room for bytes and NUL; 0 when the string has no storage of its own.
   [[nodiscard]] int _Capacity() const { return rep_->allocated; }
 
-  // Whether a handle may outlive the caller's: the bytes are of the library's own making.
-  [[nodiscard]] bool _Keepable() const { return rep_->OneBlock() && rep_->Terminated(); }
+  // Whether this handle is alone on a representation made elsewhere. Its maker may know that
+  // by its address, so an edit keeps it and changes its buffer.
+  [[nodiscard]] bool _Adopted() const {
+    return rep_->links == 1 && rep_->origin == SStringRep::kAdopted;
+  }
 
   // S with the empty pattern.
   SStringList _Interleave(const SString& replacement, const char* options);
@@ -378,6 +423,13 @@ class MAILHEARTH_EXPORT SString {
 
   // Whether `text` points at a byte of this string.
   [[nodiscard]] bool _Holds(const char* text) const;
+
+  template <std::integral Integer>
+  static auto _Widened(Integer value) {
+    using Wide = std::conditional_t<std::is_signed_v<Integer>, std::int64_t, std::uint64_t>;
+    static_assert(sizeof value <= sizeof(Wide));
+    return static_cast<Wide>(value);
+  }
 
   static std::string_view _Text(const char* s) {
     return s == nullptr ? std::string_view() : std::string_view(s);
@@ -390,6 +442,11 @@ class MAILHEARTH_EXPORT SString {
 // where that is so, a copy where `s` views bytes that end without one. All text for
 // the C library takes this way; the C library sees it up to its first NUL.
 [[nodiscard]] MAILHEARTH_EXPORT SString Terminated(const SString& s);
+
+// Returns a string with the bytes of `s` that no view has to outlive: `s` itself where the
+// library made its representation, a copy where somebody else did and may free it.
+// Functions that hand a piece of an argument back take this way where the piece is all of it.
+[[nodiscard]] MAILHEARTH_EXPORT SString Lasting(const SString& s);
 
 // New strings: text or a byte, with `t` appended.
 [[nodiscard]] inline SString operator+(const char* s, const SString& t) { return SString(s) += t; }
@@ -435,14 +492,15 @@ inline SString& SString::operator+=(const char* s) {
   return *this;
 }
 
-inline SString& SString::operator+=(std::string_view t) {
-  _Append(t.data(), t.size());
-  return *this;
-}
-
 inline SString& SString::operator+=(char c) {
   _Append(&c, 1);
   return *this;
+}
+
+inline SString SString::_Plus(std::string_view text) {
+  if (text.empty()) return Lasting(*this);
+  _Append(text.data(), text.size());
+  return std::move(*this);
 }
 
 inline char SString::operator[](int i) const {
@@ -473,7 +531,7 @@ inline void SString::_Append(const char* text, std::size_t n) {
 }
 
 inline void SString::_Free() noexcept {
-  if (--rep_->links == 0) SStringRep::Delete(rep_);
+  rep_->Unlink();
   rep_ = nullptr;
 }
 

@@ -120,7 +120,11 @@ void SString::_Replace(Range range, std::string_view text) {
   SString made;
   made._Realloc(length);
   for (const std::string_view part : {before, text, after}) made._Append(part.data(), part.size());
-  *this = std::move(made);
+  if (_Adopted()) {
+    rep_->Rebuffer(length, made.View());
+  } else {
+    *this = std::move(made);
+  }
 }
 
 SString BaseName(const SString& path, const SString& suffix) {

@@ -15,52 +15,70 @@
 #ifndef MAILHEARTH_STRINGS_SSTRINGREP_H
 #define MAILHEARTH_STRINGS_SSTRINGREP_H
 
-#include <cstddef>
+#include <limits>
+#include <string_view>
 
 #include "Export.h"
 
 inline namespace mailhearth {
 
 struct MAILHEARTH_EXPORT SStringRep {
-  char* buffer = nullptr;  // the bytes; null when the string is undefined
-  int length = 0;          // bytes in use
-  int links = 0;           // handles that share this representation
-  int allocated = 0;       // bytes of `buffer`; 0 when the string is undefined
+  // Who frees the representation, and how.
+  enum Origin : int {
+    kAdopted,  // its maker handed it to a string: buffer by `delete[]`, the rest by `delete`
+    kLibrary,  // the library made it, its buffer in the same block of memory or absent
+  };
+
+  // A representation with so many links is pinned: it is no longer counted, never edited in
+  // place and never freed. A counter that gets there by counting stays there, so no number
+  // of handles makes it wrap.
+  static constexpr int kPinned = std::numeric_limits<int>::max();
+
+  char* buffer = nullptr;    // the bytes; null when the string is undefined
+  int length = 0;            // bytes in use
+  int links = 0;             // handles that share this representation
+  int allocated = 0;         // bytes of `buffer`; 0 when the string is undefined
+  Origin origin = kAdopted;  // makers leave it as it is
 
   // With `allocated` above `length` a NUL stands at buffer[length]. With both
   // equal the buffer is somebody else's text and may end where it ends.
   [[nodiscard]] bool Terminated() const { return allocated > length; }
+
+  // Counts a handle more.
+  void Link() noexcept {
+    if (links != kPinned) ++links;
+  }
+
+  // Counts a handle less, and frees the representation with the last.
+  void Unlink() noexcept {
+    if (links != kPinned && --links == 0) Delete(this);
+  }
+
+  // Returns the pinned representation of undefined strings that need no memory: those that
+  // have been moved from, and the keys of table entries before they are added. It lies in
+  // read-only memory.
+  [[nodiscard]] static SStringRep* Undefined() noexcept;
 
   // Returns a new representation with one link, length 0 and a buffer for `n`
   // bytes and a NUL, all of it in one block of memory. The buffer is not set.
   // Needs: 0 <= n <= kMaxLength, here and below.
   [[nodiscard]] static SStringRep* New(int n);
 
-  // Replaces the buffer by one for `n` bytes and a NUL; the bytes in use and a
-  // NUL after them are carried over. Needs: a buffer of its own or none, and
-  // AllocationFor(n) above `length`.
-  void Enlarge(int n);
+  // Returns a new representation of an undefined string, with one link.
+  [[nodiscard]] static SStringRep* NewUndefined();
 
-  // Whether buffer and representation are one block, made by New.
-  [[nodiscard]] bool OneBlock() const {
-    return buffer == reinterpret_cast<const char*>(this) + sizeof *this;
-  }
-
-  // Returns a representation of an undefined string, with one link more, that what has
-  // been moved from shares. Counted so high that it is never freed and never edited.
-  [[nodiscard]] static SStringRep* MovedFrom() noexcept;
+  // Replaces the buffer by one for `n` bytes and a NUL that begins with `bytes`, which may
+  // be bytes of the old buffer. Needs: an adopted representation that nobody else has, and no
+  // more than `n` bytes.
+  void Rebuffer(int n, std::string_view bytes);
 
   // Frees the buffer and leaves the representation of an undefined string.
-  // Needs: not OneBlock().
+  // Needs: an adopted representation that nobody else has.
   void Clear();
 
+ private:
   // Frees a representation that has no link left, and its buffer.
-  static void Delete(SStringRep* rep);
-
-  // A representation made by `new` is one byte longer than it need be, so that no
-  // buffer from elsewhere can begin where the buffer of OneBlock() does.
-  static void* operator new(std::size_t size) { return ::operator new(size + 1); }
-  static void operator delete(void* rep) { ::operator delete(rep); }
+  static void Delete(SStringRep* rep) noexcept;
 };
 
 }  // namespace mailhearth

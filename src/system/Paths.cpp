@@ -10,7 +10,7 @@ inline namespace mailhearth {
 
 SString RealPath(const SString& path) {
   std::array<char, PATH_MAX> real;
-  if (::realpath(Terminated(path).Data(), real.data()) == nullptr) return path;
+  if (::realpath(Terminated(path).Data(), real.data()) == nullptr) return Lasting(path);
   return SString(real.data());
 }
 
@@ -22,7 +22,7 @@ SString PathFromFilename(SString name) {
 
 SString FileFromFilename(SString name) {
   const int slash = name.RIndex('/');
-  if (slash < 0) return name;
+  if (slash < 0) return Lasting(name);
   return std::as_const(name).Segment(slash + 1, name.Length());
 }
 

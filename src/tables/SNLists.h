@@ -21,9 +21,6 @@ class MAILHEARTH_EXPORT SNLists {
   explicit SNLists(unsigned caseSensitive)
       : caseSensitive_(caseSensitive), table_(0, caseSensitive) {}
 
-  // Each derived class copies its entries itself.
-  SNLists(const SNLists&) = delete;
-  SNLists& operator=(const SNLists&) = delete;
   virtual ~SNLists();
 
   // Returns the names that have a value; an undefined list when there are none.
@@ -40,8 +37,12 @@ class MAILHEARTH_EXPORT SNLists {
   [[nodiscard]] unsigned CaseSensitive() const { return caseSensitive_; }
 
  protected:
-  // Takes over the flag, for an assignment.
-  void _CopyFlag(const SNLists& other) { caseSensitive_ = other.caseSensitive_; }
+  // Copy the flag alone: each derived class copies its entries itself.
+  SNLists(const SNLists& other) : SNLists(other.caseSensitive_) {}
+  SNLists& operator=(const SNLists& other) {
+    caseSensitive_ = other.caseSensitive_;
+    return *this;
+  }
 
   // Returns the entry of a name, of the one class of entries that the derived class adds;
   // null when there is none.

@@ -43,14 +43,14 @@ SStringList Without(const SStringList& list, const SStringList& others) {
 SNamedStringListItem::~SNamedStringListItem() = default;
 
 SNamedStringList::SNamedStringList(const SNamedStringList& other)
-    : SNLists(other.CaseSensitive()), crlf_(other.crlf_) {
+    : SNLists(other), crlf_(other.crlf_) {
   _CopyEntries(other);
 }
 
 SNamedStringList& SNamedStringList::operator=(const SNamedStringList& other) {
   if (&other == this) return *this;
   Reset();
-  _CopyFlag(other);
+  SNLists::operator=(other);
   crlf_ = other.crlf_;
   _CopyEntries(other);
   return *this;

@@ -10,14 +10,12 @@ constexpr int kNone = -1;
 
 SNamedValueItem::~SNamedValueItem() = default;
 
-SNamedValue::SNamedValue(const SNamedValue& other) : SNLists(other.CaseSensitive()) {
-  _CopyEntries(other);
-}
+SNamedValue::SNamedValue(const SNamedValue& other) : SNLists(other) { _CopyEntries(other); }
 
 SNamedValue& SNamedValue::operator=(const SNamedValue& other) {
   if (&other == this) return *this;
   Reset();
-  _CopyFlag(other);
+  SNLists::operator=(other);
   _CopyEntries(other);
   return *this;
 }

@@ -31,10 +31,6 @@ int SizeAfter(int size) {
   return static_cast<int>(std::min<std::int64_t>(twice, std::numeric_limits<int>::max()));
 }
 
-// What the keys of entries share until these are added, so that they cost nothing. Counted so
-// high that it is never freed and never edited.
-constinit SStringRep noKey{nullptr, 0, 1 << 30, 0};
-
 constexpr std::uint32_t kFactor = 33;
 
 constexpr std::uint32_t Power(std::size_t n) {
@@ -59,7 +55,7 @@ std::unique_ptr<STableItem* []> EmptyBuckets(int size) {
 
 }  // namespace
 
-STableItem::STableItem() : key(&noKey) {}
+STableItem::STableItem() : key(SStringRep::Undefined()) {}
 
 STableItem::~STableItem() = default;
 

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <climits>
 #include <cstring>
+#include <functional>
 #include <limits>
 #include <memory>
 #include <new>
@@ -172,6 +173,59 @@ TEST(SStringList, AMovedFromListIsUndefinedAndOfUse) {
   SStringList* const same = &taken;
   taken = std::move(*same);
   CheckList(taken, {"c"});
+}
+
+TEST(SStringList, InsertingAMovedFromListLeavesItAsItIs) {
+  for (const int pos : {-1, 0, 2}) {
+    SStringList a = {"a"}, other = {"b"};
+    const SStringList taken(std::move(a)), taken2(std::move(other));
+    SStringList list;
+    list.Insert(a, pos);
+    EXPECT_EQ(list.Count(), std::max(pos, 0));
+    list.Push("x");
+    CheckUndefined(a);
+    CheckUndefined(other);
+
+    SStringList replaced = {"c"};
+    replaced.Splice(0, 1, a);
+    EXPECT_EQ(replaced.Count(), 0);
+    replaced.Splice(pos, 1, a);
+    CheckUndefined(a);
+    CheckUndefined(other);
+  }
+}
+
+TEST(SStringList, EveryEditOfAMovedFromListIsItsOwn) {
+  const std::vector<std::function<void(SStringList&)>> edits = {[](SStringList& l) { l[0] = "x"; },
+                                                                [](SStringList& l) { l[-1] = "x"; },
+                                                                [](SStringList& l) { l.Chop(); },
+                                                                [](SStringList& l) { l.Delete(0); },
+                                                                [](SStringList& l) { l.Insert("x", 0); },
+                                                                [](SStringList& l) { l.Insert(SStringList("x"), 3); },
+                                                                [](SStringList& l) { l.Pop(); },
+                                                                [](SStringList& l) { l.Push("x"); },
+                                                                [](SStringList& l) { l.Push(l); },
+                                                                [](SStringList& l) { l.Insert(l, 1); },
+                                                                [](SStringList& l) { l.Reset(); },
+                                                                [](SStringList& l) { l.Undef(); },
+                                                                [](SStringList& l) { l.Reverse(); },
+                                                                [](SStringList& l) { l.Shift(); },
+                                                                [](SStringList& l) { l.Sort(); },
+                                                                [](SStringList& l) { l.Splice(0, 1); },
+                                                                [](SStringList& l) { l.Splice(0); },
+                                                                [](SStringList& l) { l.Splice(1, 2, l); },
+                                                                [](SStringList& l) { l.Unique(); },
+                                                                [](SStringList& l) { l.Grep("s/a/b/"); },
+                                                                [](SStringList& l) { l = SString("x"); },
+                                                                [](SStringList& l) { l = {"x", "y"}; }};
+  for (const auto& edit : edits) {
+    SStringList a = {"a"}, other = {"b"};
+    const SStringList taken(std::move(a)), taken2(std::move(other));
+    const SStringList sharer(a);
+    edit(a);
+    CheckUndefined(other);
+    CheckUndefined(sharer);
+  }
 }
 
 // --- Reading --------------------------------------------------------------------------------

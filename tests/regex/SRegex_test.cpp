@@ -247,29 +247,30 @@ TEST(SRegex, GroupsAreThoseOfTheStringAsItWasSearched) {
   EXPECT_EQ(Info(re, 1), Pair(1, 3));
 }
 
-TEST(SRegex, KeepsAHandleOnTheStringUntilTheGroupsAreFound) {
-  const SRegex re("(b)"), none("b");
-  const SString s("abc"), other("b");
-  const SStringRep& rep = SStringPeek::Rep(s);
-  EXPECT_TRUE(none.HasMatch(s));
-  EXPECT_FALSE(re.HasMatch("a"));
-  EXPECT_EQ(rep.links, 1) << "no groups";
-  EXPECT_TRUE(re.HasMatch(s));
-  EXPECT_EQ(rep.links, 2);
-  EXPECT_EQ(re.MatchPos(), 1);
-  EXPECT_EQ(Info(re, 0), Pair(1, 2));
-  EXPECT_EQ(Info(re, 2), kNone);
-  EXPECT_EQ(rep.links, 2) << "the whole match needs none";
-  EXPECT_EQ(Info(re, 1), Pair(1, 2));
-  EXPECT_EQ(rep.links, 1);
-  EXPECT_TRUE(re.HasMatch(s));
-  EXPECT_TRUE(re.HasMatch(other));
-  EXPECT_EQ(rep.links, 1) << "the next match";
-  EXPECT_EQ(re.Match(s).Count(), 2);
-  EXPECT_EQ(rep.links, 1);
+TEST(SRegex, KeepsNoHandleOnTheString) {
+  const SRegex re("(b+)");
+  for (const int length : {1, 200, 300, 100'000}) {
+    SString s = "a" + SString('b', length) + "c";
+    EXPECT_TRUE(re.HasMatch(s));
+    EXPECT_EQ(SStringPeek::Rep(s).links, 1);
+    EXPECT_EQ(Info(re, 1), Pair(1, length + 1));
+  }
 }
 
-TEST(SRegex, KeepsNoHandleOnBytesOfOthers) {
+TEST(SRegex, ASearchLeavesTheNextEditAsCheapAsItWas) {
+  const SRegex re("(x)(y*)");
+  SString s('x', 100'000);
+  s += 'y';
+  EXPECT_TRUE(re.HasMatch(s, s.Length() - 2));  // builds what later searches use
+  const AllocationCount count;
+  for (int i = 0; i < 20; ++i) {
+    EXPECT_TRUE(re.HasMatch(s, s.Length() - 2 - i));
+    s += 'y';
+  }
+  EXPECT_LT(count.Bytes(), 100'000U) << "the string was copied";
+}
+
+TEST(SRegex, KeepsNothingOfAStringOfOthers) {
   const SRegex re("a(b)");
   {
     const ExactInput input("xab");
@@ -278,11 +279,50 @@ TEST(SRegex, KeepsNoHandleOnBytesOfOthers) {
   }  // would end the process if a handle were left
   EXPECT_EQ(Info(re, 1), Pair(2, 3));
   {
-    const SString adopted(new SStringRep{new char[8]{"ab"}, 2, 0, 8});
-    EXPECT_TRUE(re.HasMatch(adopted));
-    EXPECT_EQ(SStringPeek::Rep(adopted).links, 1);
+    // The bytes come right after the representation, as they do in the library's own.
+    struct Block {
+      SStringRep rep;
+      char text[8];
+    };
+    const auto block = std::make_unique<Block>(Block{{nullptr, 2, 1, 3}, "ab"});
+    block->rep.buffer = block->text;
+    EXPECT_TRUE(re.HasMatch(SString(&block->rep)));
+    EXPECT_EQ(block->rep.links, 1);
   }
   EXPECT_EQ(Info(re, 1), Pair(1, 2));
+}
+
+TEST(SRegex, GroupsDependOnTheBytesBesideTheMatch) {
+  struct Row {
+    const char *pattern, *text;
+    int start;
+    std::pair<int, int> group;
+  };
+  const Row rows[] = {
+      {"b([[:<:]]|x*)c", "abc", 1, {2, 2}},     {"(^b|)(b*)", "abb", 1, {1, 1}},
+      {"(^b|)(b*)", "bb", 0, {0, 1}},           {"([[:<:]]b|bb*)(b*)", "abb", 1, {1, 3}},
+      {"([[:<:]]b|bb*)(b*)", " bb", 1, {1, 3}}, {"([[:<:]]|b)(b*)", "abb", 1, {1, 2}},
+      {"([[:<:]]|b)(b*)", " bb", 1, {1, 2}},    {"(b*)(b[[:>:]]|b|)", "bbc", 0, {0, 2}},
+      {"(b|bb$)(b*)", "bb", 0, {0, 2}},         {"(b|bb$)(b*)", "bbc", 0, {0, 1}},
+      {"(b|bb[[:>:]])(b*)", "bbc", 0, {0, 1}},  {"(b|bb[[:>:]])(b*)", "bb.", 0, {0, 2}},
+  };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.pattern + std::string(" on ") + row.text);
+    const SRegex re(row.pattern);
+    ASSERT_TRUE(re.HasMatch(row.text, row.start));
+    EXPECT_EQ(Info(re, 1), Pair(row.group.first, row.group.second));
+  }
+}
+
+TEST(SRegex, LongAndShortMatchesHaveTheSameGroups) {
+  const SRegex re("[[:<:]](b)(b*)(c*$|c*)");
+  for (int length = 2; length < 600; ++length) {
+    const SString text = "a " + SString('b', length) + "cc";
+    ASSERT_TRUE(re.HasMatch(text, 1));
+    EXPECT_EQ(Info(re, 0), Pair(2, length + 4));
+    EXPECT_EQ(Info(re, 2), Pair(3, length + 2)) << length;
+    EXPECT_EQ(Info(re, 3), Pair(length + 2, length + 4)) << length;
+  }
 }
 
 TEST(SRegex, ForgetsTheStringOfTheMatchBefore) {

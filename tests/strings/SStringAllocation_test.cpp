@@ -24,14 +24,7 @@ TEST(SStringAllocation, AStringIsOneBlock) {
 
 TEST(SStringAllocation, AnUndefinedStringBecomesOneBlockWithItsFirstByte) {
   SString s;
-  s += 'x';
-  EXPECT_TRUE(SStringPeek::Rep(s).OneBlock());
-}
-
-TEST(SStringAllocation, ARepresentationMadeByNewCannotEndWhereABufferBegins) {
-  const AllocationCount count;
-  delete new SStringRep;
-  EXPECT_GT(count.LastSize(), sizeof(SStringRep));
+  EXPECT_EQ(AllocationsOf([&] { s += 'x'; }), 1);
 }
 
 TEST(SStringAllocation, UndefiningGivesTheMemoryBack) {

@@ -7,14 +7,19 @@
 #include <climits>
 #include <clocale>
 #include <cmath>
+#include <cstddef>
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
 #include <limits>
 #include <memory>
+#include <new>
+#include <sstream>
 #include <string>
 #include <type_traits>
 
+#include "strings/SFixedString.h"
+#include "strings/SSubString.h"
 #include "strings/Sizes.h"
 #include "support/CFormat.h"
 #include "support/CheckText.h"
@@ -208,6 +213,121 @@ TEST(SString, AnEditOfAnAdoptedRepresentationWorksOnIt) {
     row.edit(s);
     CheckText(s, row.after);
   }
+}
+
+// But for an assignment that shares, an edit changes the buffer only.
+TEST(SString, AnEditKeepsAnAdoptedRepresentation) {
+  const auto edits = {
+      EditRow{"= text", [](SString& s) { s = "a text that takes room"; }, "a text that takes room"},
+      EditRow{"= byte", [](SString& s) { s = 'x'; }, "x"},
+      EditRow{"= own part", [](SString& s) { s = s.Data() + s.Length() / 2; }, "bc"},
+      EditRow{"+= text", [](SString& s) { s += "0123456789"; }, "abc0123456789"},
+      EditRow{"+= itself", [](SString& s) { (s += s) += s; }, "abcabcabcabc"},
+      EditRow{"segment", [](SString& s) { s.Segment(1, 1) = "0123456789"; }, "a0123456789c"},
+      EditRow{"short segment", [](SString& s) { s.Segment(1, 2) = "x"; }, "ax"},
+      EditRow{"own segment", [](SString& s) { s.Segment(1, 1) = s; }, "aabcc"},
+      EditRow{"line",
+              [](SString& s) {
+                std::istringstream in("0123456789\n");
+                s.ReadLine(in);
+              },
+              "0123456789\n"},
+      EditRow{"upper", [](SString& s) { s.UpperCase(); }, "ABC"},
+      EditRow{"reverse", [](SString& s) { s.Reverse(); }, "cba"},
+      EditRow{"chop", [](SString& s) { s.Chop(); }, "ab"},
+      EditRow{"realloc", [](SString& s) { SStringPeek::Realloc(s, 100); }, "abc"}};
+  for (const EditRow& row : edits) {
+    SCOPED_TRACE(row.name);
+    for (const std::size_t room : {4U, 64U}) {
+      char* const buffer = new char[room];
+      std::memcpy(buffer, "abc", 4);
+      auto* const rep = new SStringRep{buffer, 3, 0, static_cast<int>(room)};
+      SString s(rep);
+      row.edit(s);
+      EXPECT_EQ(&SStringPeek::Rep(s), rep);
+      CheckText(s, row.after);
+    }
+  }
+}
+
+TEST(SString, AnEditKeepsAnUndefinedAdoptedRepresentation) {
+  const auto edits = {EditRow{"= text", [](SString& s) { s = "text"; }, "text"},
+                      EditRow{"= nothing", [](SString& s) { s = ""; }, ""},
+                      EditRow{"+= text", [](SString& s) { s += "text"; }, "text"},
+                      EditRow{"+= byte", [](SString& s) { s += 'x'; }, "x"},
+                      EditRow{"lower", [](SString& s) { s.LowerCase(); }, ""},
+                      EditRow{"reverse", [](SString& s) { s.Reverse(); }, ""}};
+  for (const EditRow& row : edits) {
+    SCOPED_TRACE(row.name);
+    auto* const rep = new SStringRep;
+    SString s(rep);
+    row.edit(s);
+    EXPECT_EQ(&SStringPeek::Rep(s), rep);
+    CheckText(s, row.after);
+  }
+}
+
+TEST(SString, ARepresentationThatLooksLikeTheLibrarysIsNot) {
+  struct Block {
+    SStringRep rep;
+    char text[8];
+  };
+  const auto block = std::make_unique<Block>(Block{{nullptr, 3, 1, 8}, "abc"});
+  block->rep.buffer = block->text;
+  {
+    const SString s(&block->rep);
+    EXPECT_FALSE(SStringPeek::Shares(Lasting(s), s));
+    CheckText(Lasting(s), "abc");
+    const SString sum = s + "";
+    EXPECT_FALSE(SStringPeek::Shares(sum, s));
+  }
+  EXPECT_EQ(block->rep.links, 1);
+}
+
+TEST(SString, RepresentationsAreMadeByEveryFormOfNew) {
+  alignas(SStringRep) std::byte place[sizeof(SStringRep)];
+  auto* const placed = new (place) SStringRep{new char[4]{"abc"}, 3, 1, 4};
+  CheckText(SString(placed), "abc");
+  delete[] placed->buffer;
+  CheckText(SString(new (std::nothrow) SStringRep{new char[4]{"abc"}, 3, 0, 4}), "abc");
+  alignas(SFixedString) std::byte room[sizeof(SFixedString)];
+  auto* const fixed = new (room) SFixedString("abc", 3);
+  EXPECT_EQ(SString(*fixed), "abc");
+  fixed->~SFixedString();
+  delete new (std::nothrow) SFixedString("abc", 3);
+  SFixedString view("abc", 3);
+  SStringRep* const rep = &view;  // it is one
+  EXPECT_EQ(rep->length + rep->links + rep->allocated, 8);
+  EXPECT_EQ(SString(rep), "abc");
+}
+
+TEST(SString, ALinkCounterThatIsFullStaysSo) {
+  auto* const rep = new SStringRep{new char[4]{"abc"}, 3, SStringRep::kPinned - 1, 4};
+  {
+    const SString last(rep);
+    EXPECT_EQ(rep->links, SStringRep::kPinned);
+    SString more(last), edited(last);
+    edited += 'd';
+    more = edited;
+    EXPECT_EQ(rep->links, SStringRep::kPinned);
+    CheckText(last, "abc");
+  }
+  EXPECT_EQ(rep->links, SStringRep::kPinned) << "and is never freed";
+  delete[] rep->buffer;
+  delete rep;
+}
+
+TEST(SString, MovingAndMoreHandlesDoNotWriteToWhatMovedFromStringsShare) {
+  SString a("a"), b("b");
+  const SString taken(std::move(a)), taken2(std::move(b));
+  const SString copy(a);
+  a += 'x';
+  SStringPeek::Undef(b);
+  b.LowerCase();
+  CheckText(a, "x");
+  CheckText(b, "");
+  CheckUndefined(copy);
+  EXPECT_EQ(Links(copy), SStringRep::kPinned);
 }
 
 TEST(SString, AnEditLeavesTheTextOfAnotherOwnerAlone) {

@@ -6,13 +6,13 @@
 namespace {
 
 int made = 0;
-std::size_t lastSize = 0;
+std::size_t bytes = 0;
 int untilFailure = -1;  // negative: none is to come
 bool fired = false;
 
 void* Allocate(std::size_t size) {
   ++made;
-  lastSize = size;
+  bytes += size;
   if (untilFailure >= 0 && untilFailure-- == 0) {
     fired = true;
     throw std::bad_alloc();
@@ -46,9 +46,9 @@ void operator delete[](void* block, std::size_t) noexcept { std::free(block); }
 void operator delete(void* block, const std::nothrow_t&) noexcept { std::free(block); }
 void operator delete[](void* block, const std::nothrow_t&) noexcept { std::free(block); }
 
-AllocationCount::AllocationCount() : before_(made) {}
+AllocationCount::AllocationCount() : before_(made), bytesBefore_(bytes) {}
 int AllocationCount::Made() const { return made - before_; }
-std::size_t AllocationCount::LastSize() const { return lastSize; }
+std::size_t AllocationCount::Bytes() const { return bytes - bytesBefore_; }
 
 FailNthAllocation::FailNthAllocation(int n) {
   untilFailure = n;

@@ -5,17 +5,16 @@
 
 #include <cstddef>
 
-// Counts the allocations made while it lives.
+// Counts the allocations made while it lives, and the bytes asked for.
 class AllocationCount {
  public:
   AllocationCount();
   [[nodiscard]] int Made() const;
-
-  // The bytes asked for last.
-  [[nodiscard]] std::size_t LastSize() const;
+  [[nodiscard]] std::size_t Bytes() const;
 
  private:
   int before_;
+  std::size_t bytesBefore_;
 };
 
 // While it lives, the allocation after the next `n` ones fails with std::bad_alloc.

@@ -112,6 +112,7 @@ std::string SStringModel::Rebuild(Pair& pair) {
       rep->buffer[bytes.size()] = '\0';
       pair = {SString(rep), NewRep(bytes)};
       pair.model->allocated = 24;
+      pair.model->adopted = true;
       return "adopt";
     }
     default: {
@@ -173,7 +174,9 @@ std::string SStringModel::Replace(Pair& pair, const Pair& other) {
   if (inPlace) {
     pair.model->bytes = bytes;
   } else {
+    const bool keeps = pair.model.use_count() == 1 && pair.model->adopted;
     pair.model = NewRep(bytes);
+    pair.model->adopted = keeps;
   }
   return "replace";
 }
@@ -229,12 +232,21 @@ std::string SStringModel::Edit(Pair& pair) {
     case 9: {
       Pair sum{pair.real + other.real, pair.model};
       Append(sum, other.model->bytes);
+      // A sum is no handle on what somebody else made.
+      if (sum.model == pair.model && sum.model->adopted) {
+        const bool defined = sum.model->defined;
+        sum.model = defined ? NewRep(sum.model->bytes) : std::make_shared<Rep>();
+      }
       pair = sum;
       return "add";
     }
     case 10:
       SStringPeek::Undef(pair.real);
-      pair.model = std::make_shared<Rep>();
+      if (pair.model.use_count() == 1) {
+        *pair.model = {false, "", 0, pair.model->adopted};
+      } else {
+        pair.model = std::make_shared<Rep>();
+      }
       return "undefine";
     case 11:
       return EditInPlace(pair);

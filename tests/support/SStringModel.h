@@ -32,6 +32,7 @@ class SStringModel {
     bool defined = false;
     std::string bytes;
     int allocated = 0;
+    bool adopted = false;  // made elsewhere
   };
 
   // A string and what it ought to be. The model's handles share as the real ones do,

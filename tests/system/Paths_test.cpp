@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <string>
 
+#include "strings/SFixedString.h"
 #include "support/CheckText.h"
 #include "support/FailEachAllocation.h"
 #include "support/TempDir.h"
@@ -41,6 +42,21 @@ TEST(Paths, OfAnUndefinedNameHaveADirectoryAndNoFile) {
 
 TEST(Paths, KeepNuls) {
   CheckText(FileFromFilename(SString("a/b\0c", 5)), std::string_view("b\0c", 3));
+}
+
+TEST(Paths, OfAViewAreNoViews) {
+  SString file, path, real, sum;
+  {
+    SFixedString view("name", 4);
+    file = FileFromFilename(view);
+    path = PathFromFilename(view);
+    real = RealPath(view);
+    sum = SString(view) + "";
+  }  // would end the process if one of them shared the view
+  EXPECT_EQ(file, "name");
+  EXPECT_EQ(path, ".");
+  EXPECT_EQ(real, "name");
+  EXPECT_EQ(sum, "name");
 }
 
 TEST(RealPath, HasNoLinksAndNoDots) {

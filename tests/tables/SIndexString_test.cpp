@@ -120,7 +120,7 @@ TEST(SIndexString, KeysMakesAPlaceForEveryEntry) {
   int* out = nullptr;
   const AllocationCount allocations;
   EXPECT_EQ(strings.Keys(&out), 1);
-  EXPECT_EQ(allocations.LastSize(), 9 * sizeof(int));
+  EXPECT_EQ(allocations.Bytes(), 9 * sizeof(int));
   const std::unique_ptr<int[]> owned(out);
   EXPECT_EQ(out[0], 8);
 }

@@ -199,4 +199,26 @@ TEST(SNamedValue, AnAssignmentWithoutMemoryHasTheFirstNames) {
       });
 }
 
+// --- A container of somebody else's ------------------------------------------------------------
+
+class OwnNames : public SNLists {
+ public:
+  explicit OwnNames(unsigned caseSensitive) : SNLists(caseSensitive) {}
+  void Add(const SString& name) { static_cast<void>(_LookupOrAdd<STableItem>(name)); }
+  [[nodiscard]] SStringList Keys() const override { return _Table().Keys(); }
+};
+
+TEST(SNLists, ACopyHasTheFlagAndNoEntries) {
+  OwnNames with(1), without(0);
+  with.Add("a");
+  without.Add("b");
+  const OwnNames copy(with);
+  EXPECT_EQ(copy.CaseSensitive(), 1U);
+  EXPECT_FALSE(copy.Keys().Defined());
+  without = with;
+  EXPECT_EQ(without.CaseSensitive(), 1U);
+  without.Add("B");
+  EXPECT_EQ(without.Keys().Count(), 1) << "names go on being compared as they were";
+}
+
 }  // namespace

@@ -18,7 +18,7 @@ import gdb.printing
 
 MAX_BYTES = 1 << 20  # of one string, where "print elements" is unlimited
 MAX_ELEMENTS = 1 << 20  # of one list or table, likewise
-MOVED_FROM = 1 << 30  # SStringRep::MovedFrom counts its links from here
+PINNED = (1 << 31) - 1  # SStringRep::kPinned: what has been moved from has so many links
 
 ESCAPES = {9: "t", 10: "n", 11: "v", 12: "f", 13: "r", 34: '"', 92: "\\"}
 
@@ -79,7 +79,7 @@ def rep_text(rep):
     """
     buffer, length, links, allocated = read_rep(rep)
     if buffer == 0:
-        return "undefined [moved from]" if links >= MOVED_FROM else "undefined"
+        return "undefined [moved from]" if links == PINNED else "undefined"
     if allocated == length:
         return "%s [view, %s]" % (quoted(buffer, length), counted(links, "link"))
     return quoted(buffer, length) + sharing(links)
