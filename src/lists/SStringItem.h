@@ -5,6 +5,8 @@
 #ifndef MAILHEARTH_LISTS_SSTRINGITEM_H
 #define MAILHEARTH_LISTS_SSTRINGITEM_H
 
+#include <utility>
+
 #include "../strings/Export.h"
 #include "../strings/SString.h"
 
@@ -18,6 +20,7 @@ struct MAILHEARTH_EXPORT SStringItem {
   // Each makes a ring of one.
   SStringItem() = default;
   SStringItem(const SString& s) : value(s) {}
+  SStringItem(SString&& s) noexcept : value(std::move(s)) {}
   SStringItem(const char* s) : value(s) {}
   SStringItem(char c) : value(c, 1) {}
 

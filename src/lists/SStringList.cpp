@@ -18,6 +18,7 @@
 #include <vector>
 
 #include "../strings/Sizes.h"
+#include "../strings/SmallBlocks.h"
 #include "../strings/StandardError.h"
 
 inline namespace mailhearth {
@@ -39,8 +40,20 @@ void Link(SStringItem* before, SStringItem* after) {
   after->prev = before;
 }
 
+// Nodes and heads of lists are of one size.
+constexpr std::size_t kBlocks = SmallBlocks::ClassOf(sizeof(SStringItem));
+static_assert(kBlocks == SmallBlocks::ClassOf(sizeof(SStringListRep)));
+
+SStringListRep* NewRep() { return ::new (SmallBlocks::Take(kBlocks)) SStringListRep; }
+
+// Destroys all nodes. As they all go, none is taken out of the ring first.
 void DestroyItems(SStringListRep& list) {
-  for (; list.count > 0; --list.count) delete list.root->next;  // the last is the root itself
+  for (SStringItem* item = list.root; list.count > 0; --list.count) {
+    SStringItem* const next = item->next;
+    item->value.~SString();
+    SmallBlocks::Give(item, kBlocks);
+    item = next;
+  }
   list.root = nullptr;
 }
 
@@ -294,13 +307,13 @@ SString SStringList::Shift() {
 }
 
 int SStringList::Push(const SString& s) {
-  auto item = std::make_unique<SStringItem>(s);  // first: it may be an element of this list
+  OwnItem item = _MakeItem(s);  // first: it may be an element of this list
   _MakeUnique();
   return _Push(std::move(item));
 }
 
 int SStringList::Push(const char* s) {
-  auto item = std::make_unique<SStringItem>(s);
+  OwnItem item = _MakeItem(SString(s));
   _MakeUnique();
   return _Push(std::move(item));
 }
@@ -404,7 +417,16 @@ void SStringList::Debug(int level) const {
   }
 }
 
-void SStringList::_Create() { rep_ = new SStringListRep; }
+void SStringList::_Create() { rep_ = NewRep(); }
+
+void SStringList::DestroyItem::operator()(SStringItem* item) const noexcept {
+  item->~SStringItem();
+  SmallBlocks::Give(item, kBlocks);
+}
+
+SStringList::OwnItem SStringList::_MakeItem(SString value) {
+  return OwnItem(::new (SmallBlocks::Take(kBlocks)) SStringItem(std::move(value)));
+}
 
 bool SStringList::_MakeUnique() {
   if (rep_ == &kMovedFrom) {
@@ -433,9 +455,9 @@ const SStringItem* SStringList::_FindItem(int i) const {
   return item;
 }
 
-int SStringList::_Push(const SString& s) { return _Push(std::make_unique<SStringItem>(s)); }
+int SStringList::_Push(const SString& s) { return _Push(_MakeItem(s)); }
 
-int SStringList::_Push(std::unique_ptr<SStringItem> item) {
+int SStringList::_Push(OwnItem item) {
   rep_->count = CheckedLength(std::int64_t{rep_->count} + 1);
   _Define();
   if (rep_->root == nullptr) {
@@ -483,7 +505,7 @@ void SStringList::_TakeUndefined(std::int64_t n, int pos) {
 void SStringList::_Remove(SStringItem* item) {
   if (item == rep_->root) rep_->root = item->next;
   if (--rep_->count == 0) rep_->root = nullptr;
-  delete item;
+  DestroyItem()(item);
 }
 
 void SStringList::_Reverse(SStringItem* first, SStringItem* last, int n) {
@@ -515,7 +537,7 @@ std::int64_t SStringList::_TotalSize() const {
 void SStringList::_Free() noexcept {
   if (rep_->links == SStringListRep::kPinned || --rep_->links > 0) return;
   DestroyItems(*rep_);
-  delete rep_;
+  SmallBlocks::Give(rep_, kBlocks);
 }
 
 int Length(const SStringList& list) {

@@ -321,8 +321,16 @@ class MAILHEARTH_EXPORT SStringList {
     return _Narrow(i > static_cast<Real>(-kBeyond) ? static_cast<std::int64_t>(i) : -kBeyond);
   }
 
+  // A node that is in no list yet.
+  struct DestroyItem {
+    void operator()(SStringItem* item) const noexcept;
+  };
+  using OwnItem = std::unique_ptr<SStringItem, DestroyItem>;
+
+  [[nodiscard]] static OwnItem _MakeItem(SString value);
+
   int _Push(const SString& s);
-  int _Push(std::unique_ptr<SStringItem> item);
+  int _Push(OwnItem item);
   int _Push(const SStringList& other);
 
   static void _Reverse(SStringItem* first, SStringItem* last, int n);

@@ -20,6 +20,31 @@ static_assert(sizeof(SString) == sizeof(void*));
 
 namespace {
 
+// Copies a word of bytes from one end of `text` and one from the other, which may overlap.
+template <class Word>
+void CopyEnds(char* to, std::string_view text) {
+  Word first, last;
+  std::memcpy(&first, text.data(), sizeof first);
+  std::memcpy(&last, text.data() + text.size() - sizeof last, sizeof last);
+  std::memcpy(to, &first, sizeof first);
+  std::memcpy(to + text.size() - sizeof last, &last, sizeof last);
+}
+
+// Copies bytes; a few of them without a call.
+inline void CopyBytes(char* to, std::string_view text) {
+  if (text.size() > 2 * sizeof(std::uint64_t)) {
+    std::memcpy(to, text.data(), text.size());
+  } else if (text.size() >= sizeof(std::uint64_t)) {
+    CopyEnds<std::uint64_t>(to, text);
+  } else if (text.size() >= sizeof(std::uint32_t)) {
+    CopyEnds<std::uint32_t>(to, text);
+  } else if (!text.empty()) {
+    to[0] = text.front();
+    to[text.size() / 2] = text[text.size() / 2];
+    to[text.size() - 1] = text.back();
+  }
+}
+
 // Returns a representation that holds `n` times the byte `c`.
 SStringRep* Fill(char c, int n) {
   SStringRep* const rep = SStringRep::New(n);
@@ -33,8 +58,9 @@ SStringRep* Fill(char c, int n) {
 class NumberText {
  public:
   template <class... Number>
-  explicit NumberText(Number... number)
-      : end_(std::to_chars(text_.begin(), text_.end(), number...).ptr) {}
+  explicit NumberText(Number... number) {
+    end_ = std::to_chars(text_.begin(), text_.end(), number...).ptr;
+  }
 
   operator std::string_view() const { return {text_.begin(), end_}; }
 
@@ -125,7 +151,7 @@ void SString::Debug(int verbose) const {
 
 SStringRep* SString::_CopyOf(std::string_view text) {
   SStringRep* const rep = SStringRep::New(CheckedLength(static_cast<std::int64_t>(text.size())));
-  text.copy(rep->buffer, text.size());
+  CopyBytes(rep->buffer, text);
   rep->length = static_cast<int>(text.size());
   rep->buffer[rep->length] = '\0';
   return rep;
@@ -149,6 +175,10 @@ char* SString::_Realloc(int n) {
 
 void SString::_Rebuffer(int n, std::string_view bytes) {
   if (_Adopted()) return rep_->Rebuffer(n, bytes);
+  if (rep_->links == 1 && !_HasRoom(n) && rep_->Widen(n)) {
+    std::memmove(rep_->buffer, bytes.data(), bytes.size());
+    return _SetLength(static_cast<int>(bytes.size()));
+  }
   SStringRep* const left = rep_;
   _Malloc(n);
   bytes.copy(rep_->buffer, bytes.size());

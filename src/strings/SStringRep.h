@@ -67,6 +67,10 @@ struct MAILHEARTH_EXPORT SStringRep {
   // Returns a new representation of an undefined string, with one link.
   [[nodiscard]] static SStringRep* NewUndefined();
 
+  // Makes room for `n` bytes and a NUL, more than there is, where the block has it already; the
+  // bytes in use stay. Returns whether it has. Needs: a representation that nobody else has.
+  [[nodiscard]] bool Widen(int n);
+
   // Replaces the buffer by one for `n` bytes and a NUL that begins with `bytes`, which may
   // be bytes of the old buffer. Needs: an adopted representation that nobody else has, and no
   // more than `n` bytes.

@@ -22,9 +22,12 @@ TEST(SStringAllocation, AStringIsOneBlock) {
   EXPECT_EQ(AllocationsOf([] { const SString s(0.1); }), 1);
 }
 
-TEST(SStringAllocation, AnUndefinedStringBecomesOneBlockWithItsFirstByte) {
-  SString s;
-  EXPECT_EQ(AllocationsOf([&] { s += 'x'; }), 1);
+TEST(SStringAllocation, AStringOfAFewBytesGrowsWhereItIs) {
+  SString undefined, empty("");
+  EXPECT_EQ(AllocationsOf([&] { undefined += "0123456789abcde"; }), 0);
+  EXPECT_EQ(AllocationsOf([&] { empty += "0123456789abcde"; }), 0);
+  EXPECT_EQ(AllocationsOf([&] { undefined += 'f'; }), 1);
+  EXPECT_EQ(AllocationsOf([&] { empty = "0123456789abcdef"; }), 1);
 }
 
 TEST(SStringAllocation, UndefiningGivesTheMemoryBack) {

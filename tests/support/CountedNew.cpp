@@ -1,23 +1,29 @@
 #include "support/CountedNew.h"
 
+#include <atomic>
 #include <cstdlib>
 #include <new>
 
+#include "strings/SmallBlocks.h"
+
 namespace {
 
-int made = 0;
-std::size_t bytes = 0;
+std::atomic<int> made = 0, freed = 0;
+std::atomic<std::size_t> bytes = 0;
 int untilFailure = -1;  // negative: none is to come
 bool fired = false;
+int depth = 0;  // of EveryBlockNew
 
 void* Allocate(std::size_t size) {
   ++made;
   bytes += size;
   if (untilFailure >= 0 && untilFailure-- == 0) {
     fired = true;
+    ++freed;  // as it is none
     throw std::bad_alloc();
   }
   if (void* const block = std::malloc(size == 0 ? 1 : size)) return block;
+  ++freed;
   throw std::bad_alloc();
 }
 
@@ -29,7 +35,14 @@ void* AllocateOrNull(std::size_t size) noexcept {
   }
 }
 
+void Free(void* block) noexcept {
+  if (block != nullptr) ++freed;
+  std::free(block);
+}
+
 }  // namespace
+
+int LiveAllocations() { return made - freed; }
 
 void* operator new(std::size_t size) { return Allocate(size); }
 void* operator new[](std::size_t size) { return Allocate(size); }
@@ -39,12 +52,19 @@ void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
 void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
   return AllocateOrNull(size);
 }
-void operator delete(void* block) noexcept { std::free(block); }
-void operator delete[](void* block) noexcept { std::free(block); }
-void operator delete(void* block, std::size_t) noexcept { std::free(block); }
-void operator delete[](void* block, std::size_t) noexcept { std::free(block); }
-void operator delete(void* block, const std::nothrow_t&) noexcept { std::free(block); }
-void operator delete[](void* block, const std::nothrow_t&) noexcept { std::free(block); }
+void operator delete(void* block) noexcept { Free(block); }
+void operator delete[](void* block) noexcept { Free(block); }
+void operator delete(void* block, std::size_t) noexcept { Free(block); }
+void operator delete[](void* block, std::size_t) noexcept { Free(block); }
+void operator delete(void* block, const std::nothrow_t&) noexcept { Free(block); }
+void operator delete[](void* block, const std::nothrow_t&) noexcept { Free(block); }
+
+EveryBlockNew::EveryBlockNew() {
+  if (depth++ == 0) mailhearth::SmallBlocks::Limit(0);
+}
+EveryBlockNew::~EveryBlockNew() {
+  if (--depth == 0) mailhearth::SmallBlocks::Limit(mailhearth::SmallBlocks::kMostKept);
+}
 
 AllocationCount::AllocationCount() : before_(made), bytesBefore_(bytes) {}
 int AllocationCount::Made() const { return made - before_; }

@@ -5,6 +5,16 @@
 
 #include <cstddef>
 
+// While it lives, the library keeps no blocks of memory for later, so that each thing it makes
+// costs an allocation.
+class EveryBlockNew {
+ public:
+  EveryBlockNew();
+  ~EveryBlockNew();
+  EveryBlockNew(const EveryBlockNew&) = delete;
+  EveryBlockNew& operator=(const EveryBlockNew&) = delete;
+};
+
 // Counts the allocations made while it lives, and the bytes asked for.
 class AllocationCount {
  public:
@@ -13,9 +23,13 @@ class AllocationCount {
   [[nodiscard]] std::size_t Bytes() const;
 
  private:
+  EveryBlockNew everyBlockNew_;
   int before_;
   std::size_t bytesBefore_;
 };
+
+// Returns how many blocks of the program's, in all threads, have not been freed yet.
+[[nodiscard]] int LiveAllocations();
 
 // While it lives, the allocation after the next `n` ones fails with std::bad_alloc.
 class FailNthAllocation {
@@ -26,6 +40,9 @@ class FailNthAllocation {
   FailNthAllocation& operator=(const FailNthAllocation&) = delete;
 
   [[nodiscard]] bool Fired() const;
+
+ private:
+  EveryBlockNew everyBlockNew_;
 };
 
 #endif  // MAILHEARTH_TESTS_SUPPORT_COUNTEDNEW_H
