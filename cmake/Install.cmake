@@ -12,6 +12,7 @@ install(DIRECTORY "${PROJECT_SOURCE_DIR}/src/"
   PATTERN "ErrnoKeeper.h" EXCLUDE
   PATTERN "LoopbackSocket.h" EXCLUDE
   PATTERN "Options.h" EXCLUDE
+  PATTERN "PathText.h" EXCLUDE
   PATTERN "PatternStore.h" EXCLUDE
   PATTERN "Replacement.h" EXCLUDE
   PATTERN "ScanRules.h" EXCLUDE

@@ -17,7 +17,9 @@
 // too, one may rename what another has only begun.
 //
 // 1 means done, and 0 not done, errno then being that of the call that failed first.
-// When memory runs out while a file is read, the list holds a part of it.
+// A file that does not fit into memory is not read (ENOMEM). Where memory runs out for the
+// list, in reading, or for its text, in writing, std::bad_alloc is thrown, as by every other
+// edit: a read has then put a part of the file into the list, a write has changed no file.
 //
 // Values are stored as they are. IsFieldValue (Checks.h) tells whether a value reads back as
 // it was written, and not as further fields.

@@ -1,6 +1,8 @@
 #include "CutInfo.h"
 
 #include <algorithm>
+#include <cerrno>
+#include <new>
 #include <string_view>
 
 #include "../strings/SLineBreaker.h"
@@ -11,9 +13,15 @@ inline namespace mailhearth {
 
 namespace {
 
+SString ReadCutText() {
+  SString text = MapFileRead(GetEnv("ProgramDir") + "/.cut");
+  if (!text.Defined() && errno == ENOMEM) throw std::bad_alloc();  // the next call reads it
+  return text;
+}
+
 // Made by the first call, destroyed at exit.
 const SString& CutText() {
-  static const SString text = MapFileRead(GetEnv("ProgramDir") + "/.cut");
+  static const SString text = ReadCutText();
   return text;
 }
 

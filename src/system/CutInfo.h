@@ -19,7 +19,8 @@ inline namespace mailhearth {
 // entry or no file; an undefined string for an entry without a value.
 //
 // The file is read by the first call in the process and never again, not even when it could
-// not be read or has changed since.
+// not be read or has changed since. A call that finds no memory throws std::bad_alloc; if it was
+// the one to read the file, the next call reads it.
 [[nodiscard]] MAILHEARTH_EXPORT SString GetCutInfo(const SString& key);
 
 }  // namespace mailhearth

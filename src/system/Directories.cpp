@@ -12,6 +12,7 @@
 #include "Descriptor.h"
 #include "ErrnoKeeper.h"
 #include "FileStatus.h"
+#include "PathText.h"
 
 inline namespace mailhearth {
 
@@ -56,42 +57,27 @@ bool IsNowDirectory(const SString& path) {
 }
 
 // IsDirectory, where the answer no is an error.
-bool NeedDirectory(const SString& path) {
-  const int before = errno;
-  errno = ENOTDIR;  // unless the system has another reason
-  if (!IsDirectory(path)) return false;
-  errno = before;
-  return true;
+bool NeedDirectory(const PathText& path) {
+  struct stat status;
+  if (::stat(path.Data(), &status) != 0) return false;
+  if (S_ISDIR(status.st_mode)) return true;
+  errno = ENOTDIR;
+  return false;
 }
 
-}  // namespace
+// The steps of ReadDir and MakeDir, which may find no memory.
 
-SStringList ReadDir(const SString& dir) {
-  if (dir.Length() == 0) {
-    errno = ENOENT;
-    return {};
-  }
-  const OpenDir open(::opendir(Terminated(dir).Data()));  // close-on-exec
-  if (open == nullptr) return {};
-  const SString prefix = Prefix(dir);
+SStringList Entries(DIR* dir, const SString& name) {
+  const SString prefix = Prefix(name);
   SStringList entries;
   entries.Reset();
-  while (const dirent* const entry = NextEntry(open.get())) {
+  while (const dirent* const entry = NextEntry(dir)) {
     if (!IsDots(entry->d_name)) entries.Push(prefix + entry->d_name);
   }
   return entries;
 }
 
-int CreateDirectory(const SString& path, unsigned long mode) {
-  return ::mkdir(Terminated(path).Data(), static_cast<mode_t>(mode)) == 0;
-}
-
-int MakeDir(const SString& path, unsigned long mode) {
-  if (path.Length() == 0) {
-    errno = ENOENT;
-    return 0;
-  }
-  if (IsDirectory(path)) return 1;
+int MakeEach(const SString& path, unsigned long mode) {
   SStringList pieces = path.SplitExact("/");
   if (path[-1] == '/') pieces.Pop();
   SString prefix;
@@ -106,22 +92,50 @@ int MakeDir(const SString& path, unsigned long mode) {
     if (FileExists(prefix) || CreateDirectory(prefix, mode)) continue;
     if (!IsNowDirectory(prefix)) return 0;  // nor has another process made it meanwhile
   }
-  return NeedDirectory(path);
+  return NeedDirectory(PathText(path));
+}
+
+}  // namespace
+
+SStringList ReadDir(const SString& dir) {
+  SStringList undefined;  // before anything is open: there is no list without memory
+  if (dir.Length() == 0) {
+    errno = ENOENT;
+    return undefined;
+  }
+  const OpenDir open(::opendir(PathText(dir).Data()));  // close-on-exec
+  if (open == nullptr) return undefined;
+  return UnlessOutOfMemory(undefined, [&] { return Entries(open.get(), dir); });
+}
+
+int CreateDirectory(const SString& path, unsigned long mode) {
+  return ::mkdir(PathText(path).Data(), static_cast<mode_t>(mode)) == 0;
+}
+
+int MakeDir(const SString& path, unsigned long mode) {
+  if (path.Length() == 0) {
+    errno = ENOENT;
+    return 0;
+  }
+  if (IsDirectory(path)) return 1;
+  return UnlessOutOfMemory(0, [&] { return MakeEach(path, mode); });
 }
 
 int RemoveDir(const SString& path) {
-  const bool slash = path[-1] == '/';
-  const SString dir = slash ? path.Segment(0, path.Length() - 1) : path;
-  return NeedDirectory(dir) && ::rmdir(Terminated(dir).Data()) == 0;
+  std::string_view name = path.View();
+  if (name.ends_with('/')) name.remove_suffix(1);
+  const PathText dir(name);
+  return NeedDirectory(dir) && ::rmdir(dir.Data()) == 0;
 }
 
 int SyncDir(const SString& path) {
-  const Descriptor dir(::open(Terminated(path).Data(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  const Descriptor dir(::open(PathText(path).Data(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   return dir.IsOpen() && ::fsync(dir.Get()) == 0;
 }
 
 int Chdir(const SString& path) {
-  return NeedDirectory(path) && ::chdir(Terminated(path).Data()) == 0;
+  const PathText dir(path);
+  return NeedDirectory(dir) && ::chdir(dir.Data()) == 0;
 }
 
 }  // namespace mailhearth

@@ -1,8 +1,9 @@
 // Directories: listing, making, removing, syncing, going there.
 //
-// Where nothing else is said, 1 means done, and 0 not done, errno then telling why. A directory
-// asked for may be a link to one. An undefined path is the empty one, which names nothing
-// (ENOENT); the system reads a path up to its first NUL.
+// Where nothing else is said, 1 means done, and 0 not done, errno then telling why. Nothing is
+// thrown: memory that runs out is a failure like others (ENOMEM). A directory asked for may be a
+// link to one. An undefined path is the empty one, which names nothing (ENOENT); the system reads
+// a path up to its first NUL.
 //
 //   if (!MakeDir(root + "/deferred/" + module, 0750)) Complain(GetErrorString());
 //   for (const SString& path : ReadDir(root + "/control")) Consume(path);
@@ -19,9 +20,10 @@ inline namespace mailhearth {
 // Returns the paths of the entries, "." and ".." left out, in the order of the system: `dir`,
 // a slash and the name, with every run of slashes made one.
 //
-// Undefined when the directory cannot be opened, with errno from the system; else defined,
-// without elements for an empty directory. Where reading fails half way, the list holds what
-// came before and errno is the error's; after a whole list it is 0.
+// Undefined when the directory cannot be opened, with errno from the system, and when memory
+// runs out (ENOMEM); where there is none even for an undefined list, std::bad_alloc is thrown.
+// Else defined, without elements for an empty directory. Where reading fails half way, the list
+// holds what came before and errno is the error's; after a whole list it is 0.
 [[nodiscard]] MAILHEARTH_EXPORT SStringList ReadDir(const SString& dir);
 
 // Makes one directory, with `mode` less the bits of the process's umask.

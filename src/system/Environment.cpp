@@ -8,6 +8,7 @@
 #include <new>
 
 #include "ErrnoKeeper.h"
+#include "PathText.h"
 
 inline namespace mailhearth {
 
@@ -22,7 +23,8 @@ SString GetEnv(const char* key) { return key == nullptr ? SString("") : SString(
 SString GetEnv(const SString& key) { return GetEnv(Terminated(key).Data()); }
 
 void PutEnv(const SString& key, const SString& value) {
-  char* const setting = (key + "=" + value).GetBuf();
+  const auto text = [&] { return (key + "=" + value).GetBuf(); };
+  char* const setting = UnlessOutOfMemory(static_cast<char*>(nullptr), text);
   // The environment owns it from here on; nobody is told of a failure.
   if (setting != nullptr) static_cast<void>(::putenv(setting));
 }

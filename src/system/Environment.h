@@ -17,7 +17,8 @@ inline namespace mailhearth {
 [[nodiscard]] MAILHEARTH_EXPORT SString GetEnv(const SString& key);
 
 // Sets an environment variable. The environment keeps pointing at the text, so it is
-// never freed: each call costs its length for good. Failure goes unreported.
+// never freed: each call costs its length for good. Failure, also for want of
+// memory, sets nothing and goes unreported.
 MAILHEARTH_EXPORT void PutEnv(const SString& key, const SString& value);
 
 // Returns this process's id in decimal.

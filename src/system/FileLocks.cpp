@@ -5,6 +5,7 @@
 #include <cstdio>
 
 #include "Descriptor.h"
+#include "PathText.h"
 
 inline namespace mailhearth {
 
@@ -35,7 +36,7 @@ int LockFile_fcntl(int fd, int flags, int start, int length) {
 int LockFile(const SString& path, int flags, int start, int length) {
   constexpr mode_t kOwnerOnly = 0600;
   // Stays open over an exec, as the caller's descriptors do unless he says otherwise.
-  Descriptor file(::open(Terminated(path).Data(), O_RDWR | O_CREAT, kOwnerOnly));
+  Descriptor file(::open(PathText(path).Data(), O_RDWR | O_CREAT, kOwnerOnly));
   if (!file.IsOpen() || LockFile(file.Get(), flags, start, length) == -1) return -1;
   return file.Release();
 }

@@ -7,7 +7,8 @@
 //
 // `start` is the first byte, from the beginning of the file; a `length` of 0 goes to the end
 // of the file however it grows. A failure leaves errno as the system set it: EAGAIN or EACCES
-// when somebody else has the lock, EINTR when a signal ended the wait.
+// when somebody else has the lock, EINTR when a signal ended the wait. Nothing here
+// takes memory or throws.
 //
 //   const int fd = LockFile("queue.lock", kLockWait);
 //   if (fd >= 0) {

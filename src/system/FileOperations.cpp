@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstdint>
@@ -18,6 +19,7 @@
 #include "Descriptor.h"
 #include "Environment.h"
 #include "FileStatus.h"
+#include "PathText.h"
 
 inline namespace mailhearth {
 
@@ -26,10 +28,21 @@ namespace {
 constexpr off_t kLongest = std::numeric_limits<int>::max() - 1;  // of a string
 
 // Removes a file that was begun and is of no use; errno stays.
-// Needs: `path` is terminated, so that nothing is thrown here.
 int Discard(const SString& path) {
   const ErrnoKeeper keep;
   static_cast<void>(RemoveFile(path));  // best effort
+  return 0;
+}
+
+// Logs that a file could not be removed, for the reason in errno, where it is a regular one.
+// Returns 0.
+int LogNotRemoved(const SString& path) {
+  const SString reason = GetErrorString();  // before another call sets it
+  if (!IsRegular(path)) return 0;
+  // In one piece: the stream has no buffer, and other processes write to the same log.
+  const SString line = LogFileDate() + ':' + GetEnv("ModuleName") + ":ERROR:Couldn't remove file " +
+                       path + ':' + reason + '\n';
+  StandardLog() << line << std::flush;
   return 0;
 }
 
@@ -64,7 +77,7 @@ SString FirstBytes(const Descriptor& file, int size) {
       rep->length += static_cast<int>(got);
     } else if (got == 0 || errno != EINTR) {
       if (got == 0) errno = EIO;
-      return {};
+      return UndefinedWithoutMemory(result);
     }
   }
   rep->buffer[size] = '\0';
@@ -103,25 +116,19 @@ int RemoveFile(const SString& path) {
     errno = EISDIR;
     return 0;
   }
-  return ::unlink(Terminated(path).Data()) == 0;
+  return ::unlink(PathText(path).Data()) == 0;
 }
 
 int RemoveFileLogged(const SString& path) {
   if (RemoveFile(path)) return 1;
   const ErrnoKeeper keep;
-  const SString reason = GetErrorString();  // before another call sets it
-  if (!IsRegular(path)) return 0;
-  // In one piece: the stream has no buffer, and other processes write to the same log.
-  const SString line = LogFileDate() + ':' + GetEnv("ModuleName") + ":ERROR:Couldn't remove file " +
-                       path + ':' + reason + '\n';
-  StandardLog() << line << std::flush;
-  return 0;
+  return UnlessOutOfMemory(0, [&] { return LogNotRemoved(path); });
 }
 
 int CloseFile(int fd) { return ::close(fd) == 0; }
 
 int Rename(const SString& from, const SString& to) {
-  return std::rename(Terminated(from).Data(), Terminated(to).Data()) == 0;
+  return std::rename(PathText(from).Data(), PathText(to).Data()) == 0;
 }
 
 int LinkFile(const SString& from, const SString& to) {
@@ -129,13 +136,13 @@ int LinkFile(const SString& from, const SString& to) {
     errno = EPERM;
     return 0;
   }
-  return ::link(Terminated(from).Data(), Terminated(to).Data()) == 0;
+  return ::link(PathText(from).Data(), PathText(to).Data()) == 0;
 }
 
 int CopyFile(const SString& from, const SString& to, unsigned int /*mode*/) {
   constexpr mode_t kPermissions = 01777;
   struct stat status;
-  const SString source = Terminated(from), target = Terminated(to);
+  const PathText source(from), target(to);
   if (::stat(source.Data(), &status) != 0) return 0;
   Descriptor in(::open(source.Data(), O_RDONLY | O_CLOEXEC));
   if (!in.IsOpen()) return 0;
@@ -153,30 +160,31 @@ int CopyFile(const SString& from, const SString& to, unsigned int /*mode*/) {
     return 1;
   }
   out.Close();
-  return Discard(target);
+  return Discard(to);
 }
 
 SString MapFileRead(const SString& path) {
   // A pipe without a writer is not waited for, and a terminal does not become ours.
   constexpr int kFlags = O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
+  SString undefined = UndefinedWithoutMemory(path);
   if (path.Length() == 0) {
     errno = ENOENT;
-    return {};
+    return undefined;
   }
-  const Descriptor file(::open(Terminated(path).Data(), kFlags));
-  if (!file.IsOpen()) return {};
+  const Descriptor file(::open(PathText(path).Data(), kFlags));
+  if (!file.IsOpen()) return undefined;
   struct stat status;
-  if (::fstat(file.Get(), &status) != 0) return {};
+  if (::fstat(file.Get(), &status) != 0) return undefined;
   if (!S_ISREG(status.st_mode)) {
     errno = S_ISDIR(status.st_mode) ? EISDIR : EINVAL;
-    return {};
+    return undefined;
   }
   if (status.st_size > kLongest) {
     errno = EFBIG;
-    return {};
+    return undefined;
   }
-  if (status.st_size <= 0) return SString("");
-  return FirstBytes(file, static_cast<int>(status.st_size));
+  const auto size = static_cast<int>(std::max<off_t>(status.st_size, 0));
+  return UnlessOutOfMemory(undefined, [&] { return FirstBytes(file, size); });
 }
 
 int MapFileWrite(const SString& path, const SString& data) {
@@ -185,12 +193,12 @@ int MapFileWrite(const SString& path, const SString& data) {
     errno = ENOENT;
     return 0;
   }
-  const SString name = Terminated(path);  // before there is a file: removing it needs no memory
-  Descriptor file(::open(name.Data(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, kUserAndGroup));
+  Descriptor file(
+      ::open(PathText(path).Data(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, kUserAndGroup));
   if (!file.IsOpen()) return 0;
   if (Fill(file, data)) return 1;
   file.Close();
-  return Discard(name);
+  return Discard(path);
 }
 
 }  // namespace mailhearth

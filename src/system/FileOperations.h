@@ -2,9 +2,10 @@
 // written.
 //
 // Where nothing else is said, 1 means done, and 0 not done, errno then being that of the call
-// that failed first. An undefined path is the empty one, which names nothing (ENOENT); the
-// system reads a path up to its first NUL. No descriptor is left open, and none is seen by a
-// program that another part of the process starts.
+// that failed first. Nothing is thrown: memory that runs out is a failure like others (ENOMEM),
+// after an installed new-handler has had its turn. An undefined path is the empty one, which names
+// nothing (ENOENT); the system reads a path up to its first NUL. No descriptor is left open, and
+// none is seen by a program that another part of the process starts.
 //
 //   if (!MapFileWrite(path + ".temp", text)) return 0;   // never over an existing file
 //   return Rename(path + ".temp", path);
@@ -25,7 +26,7 @@ MAILHEARTH_EXPORT int RemoveFile(const SString& path);
 
 // The same. Where a regular file stays, a line goes to the log stream (std::clog), in one
 // piece: the time, the value of ModuleName, ERROR, what was tried and the system's reason,
-// with colons between them.
+// with colons between them; no line where memory runs out for it.
 MAILHEARTH_EXPORT int RemoveFileLogged(const SString& path);
 
 // Closes a descriptor. It is gone even when the answer is 0.
@@ -52,8 +53,8 @@ MAILHEARTH_EXPORT int CopyFile(const SString& from, const SString& to, unsigned 
 
 // Returns the contents of a regular file, all of them or, on failure, an undefined string: of
 // a directory with EISDIR, of anything else that is no file with EINVAL, of a file too long
-// for a string with EFBIG, of one that becomes shorter while it is read with EIO. Does not
-// wait for the writer of a pipe.
+// for a string with EFBIG, of one that does not fit into memory with ENOMEM, of one that becomes
+// shorter while it is read with EIO. Does not wait for the writer of a pipe.
 [[nodiscard]] MAILHEARTH_EXPORT SString MapFileRead(const SString& path);
 
 // Makes a new file that holds `data`, for the user and the group as far as the umask lets

@@ -8,6 +8,8 @@
 #include <ctime>
 #include <limits>
 
+#include "PathText.h"
+
 inline namespace mailhearth {
 
 static_assert(sizeof(off_t) == 8, "on a 32-bit system, build with -D_FILE_OFFSET_BITS=64");
@@ -15,11 +17,11 @@ static_assert(sizeof(off_t) == 8, "on a 32-bit system, build with -D_FILE_OFFSET
 namespace {
 
 bool Stat(const SString& path, struct stat& status) {
-  return ::stat(Terminated(path).Data(), &status) == 0;
+  return ::stat(PathText(path).Data(), &status) == 0;
 }
 
 int HasAccess(const SString& path, int rights) {
-  return ::access(Terminated(path).Data(), rights) == 0;
+  return ::access(PathText(path).Data(), rights) == 0;
 }
 
 int IsOfType(const SString& path, mode_t type) {
@@ -59,7 +61,7 @@ double FileAge(const SString& path) {
 
 double FreeDiskSpace(const SString& path) {
   struct statvfs system;
-  if (::statvfs(Terminated(path).Data(), &system) != 0) return -1.0;
+  if (::statvfs(PathText(path).Data(), &system) != 0) return -1.0;
   return static_cast<double>(system.f_frsize) * static_cast<double>(system.f_bavail);
 }
 

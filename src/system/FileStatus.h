@@ -2,10 +2,10 @@
 // it, how much room has its file system. Links are followed. Nothing is kept
 // between calls, so an answer can be stale by the time it is read.
 //
-// Every failure is a result; errno is then as the failing system call left it, and as it
-// was before where no call failed: a directory has no size, and that is no error of the
-// system. An undefined path is the empty one, which names nothing (ENOENT). The system
-// reads a path up to its first NUL. Each question costs one system call.
+// Every failure is a result, and no memory is needed; errno is then as the failing system call left
+// it, and as it was before where no call failed: a directory has no size, and that is no error of
+// the system. An undefined path is the empty one, which names nothing (ENOENT). The system reads a
+// path up to its first NUL. Each question costs one system call.
 //
 //   if (FileSize(path) == 0 && FileAge(path) > 7) ...   // empty for a week
 

@@ -6,12 +6,18 @@
 #include <climits>
 #include <utility>
 
+#include "PathText.h"
+
 inline namespace mailhearth {
 
 SString RealPath(const SString& path) {
-  std::array<char, PATH_MAX> real;
-  if (::realpath(Terminated(path).Data(), real.data()) == nullptr) return Lasting(path);
-  return SString(real.data());
+  const SString itself = Lasting(path);
+  return UnlessOutOfMemory(itself, [&] {
+    // All of the path: slashes and dots may make one longer than the system takes.
+    std::array<char, PATH_MAX> real;
+    const bool found = ::realpath(Terminated(itself).Data(), real.data()) != nullptr;
+    return found ? SString(real.data()) : itself;
+  });
 }
 
 SString PathFromFilename(SString name) {

@@ -13,7 +13,8 @@ inline namespace mailhearth {
 
 // Returns the absolute path of what is at `path`, with no links, no "." or ".." and no double
 // slash in it; `path` itself when there is nothing or it cannot be reached, with errno from
-// the system.
+// the system, and when memory runs out (ENOMEM). Of a path that is a view, itself means a copy;
+// without memory for that, std::bad_alloc is thrown.
 [[nodiscard]] MAILHEARTH_EXPORT SString RealPath(const SString& path);
 
 // Returns the part of `name` before its last slash; "." when that is empty or there is no

@@ -541,16 +541,18 @@ void FailEachAllocation(Work work) {
     record["Host-To:"] = "host";
     const Names before = queue.Files();
     const NoDescriptorLeft check;
-    bool thrown = false;
+    bool failed = false;
     {
       const FailNthAllocation fault(n);
       try {
-        EXPECT_EQ(work(record), 1);
+        failed = work(record) == 0;
+        EXPECT_TRUE(!failed || errno == ENOMEM);
       } catch (const std::bad_alloc&) {
-        thrown = true;
+        failed = true;
       }
+      EXPECT_EQ(failed, fault.Fired());
     }
-    if (!thrown) {
+    if (!failed) {
       EXPECT_GT(n, 0);
       break;
     }

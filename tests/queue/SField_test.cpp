@@ -393,17 +393,39 @@ TEST(SField, WithoutMemoryNothingIsWrittenAndNothingLeft) {
   EXPECT_EQ(ReadText(path), kNew);
 }
 
+// The file's bytes come first: without memory for them, nothing is read. Without memory for the
+// list, a part of them is in it.
 TEST(SField, WithoutMemoryNothingOfAReadIsLeftOpen) {
   const TempDir dir;
   const SString path = Text(dir.File("record", kNew));
-  FailEachAllocation(
-      [&] {
-        SField record(1, 0);
-        record.PutFilename(path);
-        return record;
-      },
-      [](SField& record) { EXPECT_EQ(record.Read(), 1); },
-      [](const SField& record) { EXPECT_EQ(record.Loaded(), 0); });
+  int thrown = 0;
+  for (int n = 0;; ++n) {
+    SCOPED_TRACE(n);
+    SField record = NewRecord("before");
+    record.PutFilename(path);
+    const NoDescriptorLeft check;
+    int ok = 0, reason = 0;
+    bool fired = false;
+    {
+      const FailNthAllocation fault(n);
+      try {
+        ok = record.Read();
+        reason = errno;
+      } catch (const std::bad_alloc&) {
+        ++thrown;
+      }
+      fired = fault.Fired();
+    }
+    EXPECT_EQ(ok, fired ? 0 : 1);
+    if (n == 0) {
+      EXPECT_EQ(reason, ENOMEM);
+      EXPECT_EQ(record.Get("Trace:"), (SStringList{"a", "b"}));
+    }
+    EXPECT_EQ(record.Loaded(), ok);
+    EXPECT_EQ(thrown, fired ? n : n - 1) << "only the list's memory throws";
+    if (!fired) break;
+  }
+  EXPECT_GE(thrown, 2);
 }
 
 }  // namespace

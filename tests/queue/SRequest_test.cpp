@@ -467,17 +467,19 @@ TEST(Ask, WithoutMemoryLeavesNothingOpenAndNoRecord) {
     });
     const NoDescriptorLeft check;
     SRequest request = Question();
-    bool thrown = false;
+    bool failed = false;
     {
       const FailNthAllocation fault(n);
       try {
-        EXPECT_EQ(request.Ask("Quota", kLong), 1);
+        failed = request.Ask("Quota", kLong) == 0;
+        EXPECT_TRUE(!failed || errno == ENOMEM);
       } catch (const std::bad_alloc&) {
-        thrown = true;
+        failed = true;
       }
+      EXPECT_EQ(failed, fault.Fired());
     }
     if (!exchange.Files().empty()) ++left;
-    if (!thrown) {
+    if (!failed) {
       const AllocationCount count;
       request.RemoveMessage();
       removing = count.Made();

@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <new>
 
+#include "strings/Sizes.h"
 #include "strings/SmallBlocks.h"
 
 namespace {
@@ -20,7 +21,7 @@ void* Allocate(std::size_t size) {
   if (untilFailure >= 0 && untilFailure-- == 0) {
     fired = true;
     ++freed;  // as it is none
-    throw std::bad_alloc();
+    OutOfMemory();
   }
   if (void* const block = std::malloc(size == 0 ? 1 : size)) return block;
   ++freed;

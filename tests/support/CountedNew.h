@@ -31,7 +31,8 @@ class AllocationCount {
 // Returns how many blocks of the program's, in all threads, have not been freed yet.
 [[nodiscard]] int LiveAllocations();
 
-// While it lives, the allocation after the next `n` ones fails with std::bad_alloc.
+// While it lives, the allocation after the next `n` ones calls the installed new-handler, for as
+// long as there is one, and then fails with std::bad_alloc.
 class FailNthAllocation {
  public:
   explicit FailNthAllocation(int n);

@@ -9,18 +9,21 @@
 #include <algorithm>
 #include <cerrno>
 #include <filesystem>
+#include <new>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "support/CheckText.h"
-#include "support/FailEachAllocation.h"
+#include "support/CountedNew.h"
 #include "support/TempDir.h"
 #include "support/UnendedText.h"
 #include "system/Directories.h"
+#include "system/Environment.h"
 #include "system/FailNthCall.h"
 #include "system/FileLocks.h"
 #include "system/FileOperations.h"
+#include "system/FileStatus.h"
 #include "system/Paths.h"
 
 namespace {
@@ -45,7 +48,9 @@ struct Place {
   std::string fileName = dir.File("file", std::string(30'000, 'x'));
   bool made = fs::create_directory(dir / "sub");
   UnendedText file{fileName}, sub{dir / "sub"}, to{dir / "to"}, deep{dir / "p/q"},
-      all{dir.Path() + "//"};
+      all{dir.Path() + "//"}, dotted{dir / "./file"};
+  std::string real = fs::canonical(fileName).string(), before = fs::current_path().string();
+  SString text{"text"};
 };
 
 const Names kBefore = {"file", "sub"};
@@ -63,9 +68,9 @@ int DoRename(Place& at) { return Rename(at.file.String(), at.to.String()); }
 int DoLinkFile(Place& at) { return LinkFile(at.file.String(), at.to.String()); }
 int DoCopyFile(Place& at) { return CopyFile(at.file.String(), at.to.String()); }
 int DoMapFileRead(Place& at) { return MapFileRead(at.file.String()).Length() == 30'000; }
-int DoMapFileWrite(Place& at) { return MapFileWrite(at.to.String(), "text"); }
+int DoMapFileWrite(Place& at) { return MapFileWrite(at.to.String(), at.text); }
 int DoLockFile(Place& at) { return Lock(at.to.String()); }
-int DoRealPath(Place& at) { return RealPath(at.file.String()).Length() > 0; }
+int DoRealPath(Place& at) { return RealPath(at.dotted.String()).View() == at.real; }
 int DoReadDir(Place& at) {
   const SStringList entries = ReadDir(at.all.String());
   return entries.Count() == 2 && entries[0].Index("//") == -1;
@@ -74,18 +79,25 @@ int DoCreateDirectory(Place& at) { return CreateDirectory(at.to.String(), 0755);
 int DoMakeDir(Place& at) { return MakeDir(at.deep.String(), 0755); }
 int DoRemoveDir(Place& at) { return RemoveDir(at.sub.String()); }
 int DoChdir(Place& at) {
-  const fs::path before = fs::current_path();
   const int gone = Chdir(at.sub.String());
   const int error = errno;
-  fs::current_path(before);
+  EXPECT_EQ(::chdir(at.before.c_str()), 0);
   errno = error;
   return gone;
 }
+
+// What an operation takes memory for.
+enum Memory {
+  kNothing,
+  kWork,
+  kResult,  // and work: without memory for what a failure answers with, it throws
+};
 
 struct Operation {
   const char* name;
   int (*run)(Place& at);
   Names after;  // what is there where nothing fails
+  Memory memory = kNothing;
 };
 
 const Operation kOperations[] = {{"RemoveFile", DoRemoveFile, {"sub"}},
@@ -93,13 +105,13 @@ const Operation kOperations[] = {{"RemoveFile", DoRemoveFile, {"sub"}},
                                  {"Rename", DoRename, {"sub", "to"}},
                                  {"LinkFile", DoLinkFile, kWithTo},
                                  {"CopyFile", DoCopyFile, kWithTo},
-                                 {"MapFileRead", DoMapFileRead, kBefore},
+                                 {"MapFileRead", DoMapFileRead, kBefore, kWork},
                                  {"MapFileWrite", DoMapFileWrite, kWithTo},
                                  {"LockFile", DoLockFile, kWithTo},
-                                 {"RealPath", DoRealPath, kBefore},
-                                 {"ReadDir", DoReadDir, kBefore},
+                                 {"RealPath", DoRealPath, kBefore, kResult},
+                                 {"ReadDir", DoReadDir, kBefore, kResult},
                                  {"CreateDirectory", DoCreateDirectory, kWithTo},
-                                 {"MakeDir", DoMakeDir, {"file", "p", "p/q", "sub"}},
+                                 {"MakeDir", DoMakeDir, {"file", "p", "p/q", "sub"}, kWork},
                                  {"RemoveDir", DoRemoveDir, {"file"}},
                                  {"Chdir", DoChdir, kBefore}};
 
@@ -141,18 +153,43 @@ TEST(FileFaults, NoProgramSeesADescriptorThatNobodyGets) {
   }
 }
 
-TEST(FileFaults, MemoryThatRunsOutLeavesNothingBehind) {
+// Runs an operation with the allocation after the first `n` failing. Returns whether it came to
+// that.
+bool RunsOutOfMemory(const Operation& operation, Place& at, int n) {
+  const int open = OpenDescriptors();
+  int done = 0, reason = 0;
+  bool fired = false;
+  {
+    const FailNthAllocation fault(n);
+    try {
+      done = operation.run(at);
+      reason = errno;
+    } catch (const std::bad_alloc&) {
+      EXPECT_TRUE(operation.memory == kResult && n == 0);
+      reason = ENOMEM;
+    }
+    fired = fault.Fired();
+  }
+  EXPECT_EQ(OpenDescriptors(), open);
+  EXPECT_EQ(done, fired ? 0 : 1);
+  if (fired) {
+    EXPECT_EQ(reason, ENOMEM);
+  }
+  return fired;
+}
+
+TEST(FileFaults, MemoryThatRunsOutIsAFailureLikeOthers) {
   for (const Operation& operation : kOperations) {
     SCOPED_TRACE(operation.name);
     Place at;
-    const int failed = FailEachAllocation([&] { operation.run(at); },
-                                          [&] {
-                                            Names left = Below(at.dir);
-                                            std::erase(left, "p");  // stays, once it is made
-                                            std::erase(left, "p/q");
-                                            EXPECT_EQ(left, kBefore);
-                                          });
-    EXPECT_GE(failed, 1) << "the copy of the path";
+    int failed = 0;
+    for (; RunsOutOfMemory(operation, at, failed); ++failed) {
+      Names left = Below(at.dir);
+      std::erase(left, "p");  // stays, once it is made
+      std::erase(left, "p/q");
+      EXPECT_EQ(left, kBefore);
+    }
+    EXPECT_EQ(failed > 0, operation.memory != kNothing);
     EXPECT_EQ(Below(at.dir), operation.after);
   }
 }
@@ -163,14 +200,54 @@ TEST(FileFaults, WhatWasBegunIsRemovedWithoutMemory) {
   for (const auto& [run, function] : rows) {
     SCOPED_TRACE(function);
     Place at;
-    const auto work = [&, run = run, function = function] {
+    {
       const FailNthCall fault(function, 1, EIO);
+      const FailNthAllocation memory(0);
       EXPECT_EQ(run(at), 0);
       EXPECT_EQ(errno, EIO);
-    };
-    EXPECT_GE(FailEachAllocation(work, [&] { EXPECT_EQ(Below(at.dir), kBefore); }), 1);
+      EXPECT_TRUE(fault.Fired() && !memory.Fired());
+    }
     EXPECT_EQ(Below(at.dir), kBefore);
   }
+}
+
+TEST(FileFaults, QuestionsNeedNoMemory) {
+  Place at;
+  const SString file = at.file.String(), sub = at.sub.String(), missing = at.to.String();
+  const FailNthAllocation fault(0);
+  EXPECT_TRUE(FileExists(file) && IsReadable(file) && IsWriteable(file) && IsExecutable(sub));
+  EXPECT_TRUE(IsRegular(file) && IsDirectory(sub) && !FileExists(missing));
+  EXPECT_EQ(FileSize(file), 30'000);
+  EXPECT_EQ(FileSize(missing), -1);
+  EXPECT_LT(FileAge(file), 1);
+  EXPECT_EQ(FileAge(missing), -1.0);
+  EXPECT_GE(FreeDiskSpace(file), 0);
+  EXPECT_EQ(FreeDiskSpace(missing), -1.0);
+  EXPECT_EQ(errno, ENOENT);
+  EXPECT_EQ(SyncDir(sub), 1);
+  EXPECT_FALSE(fault.Fired());
+}
+
+TEST(FileFaults, AnUndefinedContentsNeedsNoMemory) {
+  Place at;
+  const SString missing = at.to.String(), directory = at.sub.String(), file = at.file.String();
+  const FailNthAllocation fault(0);
+  EXPECT_FALSE(MapFileRead(missing).Defined() || errno != ENOENT);
+  EXPECT_FALSE(MapFileRead(directory).Defined() || errno != EISDIR);
+  EXPECT_FALSE(fault.Fired());
+  EXPECT_FALSE(MapFileRead(file).Defined() || errno != ENOMEM);
+}
+
+TEST(FileFaultsDeathTest, AnInstalledNewHandlerHasItsTurn) {
+  Place at;
+  const SString file = at.file.String();
+  EXPECT_EXIT(
+      {
+        SetNewHandler();
+        const FailNthAllocation fault(0);
+        static_cast<void>(MapFileRead(file));
+      },
+      testing::ExitedWithCode(106), "");
 }
 
 struct Row {

@@ -115,13 +115,15 @@ TEST(RemoveFileLogged, WritesItsLineInOnePieceOrNotAtAll) {
   const SString file = Text(dir.File("file", ""));
   Pieces pieces;
   std::streambuf* const before = std::clog.rdbuf(&pieces);
-  const int failed = FailEachAllocation(
-      [&] {
-        const FailNthCall fault("unlink", 1, EBUSY);
-        EXPECT_EQ(RemoveFileLogged(file), 0);
-        EXPECT_EQ(errno, EBUSY);
-      },
-      [&] { EXPECT_EQ(pieces.Text(), ""); });
+  int failed = -1;
+  for (bool fired = true; fired; ++failed) {
+    EXPECT_EQ(pieces.Text(), "");
+    const FailNthCall fault("unlink", 1, EBUSY);
+    const FailNthAllocation memory(failed + 1);
+    EXPECT_EQ(RemoveFileLogged(file), 0);
+    EXPECT_EQ(errno, EBUSY);
+    fired = memory.Fired();
+  }
   std::clog.rdbuf(before);
   EXPECT_GE(failed, 1);
   EXPECT_EQ(pieces.Count(), 1);
