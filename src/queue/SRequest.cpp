@@ -22,11 +22,10 @@ int Refuse(int error) {
   return 0;
 }
 
-// Waits for the answer. Returns whether one came; the socket is closed then.
-bool TakeAnswer(LoopbackSocket& socket, double timeout) {
+// Waits for the answer. Returns whether one came.
+bool TakeAnswer(const LoopbackSocket& socket, double timeout) {
   if (!socket.Wait(timeout)) return false;
   const int length = socket.Receive();
-  socket.Close();
   if (length >= 0 && length != 1) errno = EBADMSG;
   return length == 1;
 }
@@ -54,8 +53,11 @@ int SRequest::Ask(const SString& function, double timeout) {
   if (!Write()) return 0;
   int answered = 0;
   try {
-    answered = Notify() && TakeAnswer(socket, timeout) && Read();
+    answered = Notify() && TakeAnswer(socket, timeout);
+    socket.Close();  // before the record goes: no answer is taken any more
+    answered = answered && Read();
   } catch (const std::bad_alloc&) {
+    socket.Close();
     RemoveMessage();  // nobody else would
     throw;
   }

@@ -159,6 +159,7 @@ int CopyFile(const SString& from, const SString& to, unsigned int /*mode*/) {
     errno = before;
     return 1;
   }
+  in.Close();
   out.Close();
   return Discard(to);
 }

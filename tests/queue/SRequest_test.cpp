@@ -436,6 +436,48 @@ TEST(Ask, AnAnswerCountsAlsoWhereItsRecordCannotBeRemoved) {
   EXPECT_EQ(exchange.Files(), Names{"control/" + FirstId() + "-Control"});
 }
 
+// Whoever finds the record gone finds the port gone, too.
+TEST(Ask, ClosesItsSocketBeforeItRemovesTheRecord) {
+  struct Row {
+    const char* name;
+    const char* function;  // that fails; "" for none
+    int n;
+    const char* answer;
+    double limit;
+    const char* key = "secret";
+  };
+  constexpr Row kRows[] = {{"answered", "", 1, "0", kLong},
+                           {"too long an answer", "", 1, "00", kLong},
+                           {"too late", "", 1, nullptr, 0},
+                           {"no limit", "", 1, nullptr, -1},
+                           {"no key", "", 1, nullptr, kLong, ""},
+                           {"no socket to notify by", "socket", 2, nullptr, kLong},
+                           {"not notified", "sendto", 1, nullptr, kLong},
+                           {"no waiting", "ppoll", 1, nullptr, kLong},
+                           {"no receiving", "recv", 1, "0", kLong},
+                           {"no record to read", "open", 3, "0", kLong}};
+  for (const Row& row : kRows) {
+    SCOPED_TRACE(row.name);
+    const Exchange exchange;
+    exchange.Set("DispatchKey", row.key);
+    const Child peer([&] {
+      const std::string id = exchange.TakeId();
+      if (row.answer != nullptr) exchange.dispatcher.Send(exchange.PortOf(id), row.answer);
+      return true;
+    });
+    const NoDescriptorLeft check;
+    SRequest request = Question();
+    const FailNthCall fault(row.function, *row.function == '\0' ? 1000 : row.n, EIO);
+    const RecordCalls recorded;
+    EXPECT_EQ(request.Ask("Quota", row.limit), std::string(row.name) == "answered");
+    const Names& calls = recorded.Calls();
+    const auto removal = std::find(calls.begin(), calls.end(), "stat");
+    EXPECT_NE(removal, calls.end());
+    EXPECT_EQ(std::count(removal, calls.end(), "close"), 0);
+    EXPECT_EQ(exchange.Files(), Names{});
+  }
+}
+
 TEST(Ask, LeavesNoRecordWhereItFails) {
   for (const char* const function : {"sendto", "ppoll", "recv", "socket"}) {
     SCOPED_TRACE(function);

@@ -21,9 +21,9 @@
 #include <vector>
 
 #include "support/CheckText.h"
+#include "support/CountedNew.h"
 #include "support/EnvironmentKey.h"
 #include "support/ErrorText.h"
-#include "support/FailEachAllocation.h"
 #include "support/OrdinaryUser.h"
 #include "support/Pieces.h"
 #include "support/TempDir.h"
@@ -310,6 +310,23 @@ TEST(CopyFile, OfWhatIsNotAsLongAsItSaysIsRemoved) {
   EXPECT_EQ(CopyFile(SString(), SString(), 0), 0);
   EXPECT_EQ(errno, ENOENT);
   EXPECT_FALSE(fs::exists(dir / "to"));
+}
+
+TEST(FileOperations, CloseBeforeTheyRemoveWhatTheyBegan) {
+  const TempDir dir;
+  const SString from = Text(dir.File("from", "text")), to = Text(dir / "to"), data("text");
+  for (const char* const function : {"read", "ftruncate"}) {
+    SCOPED_TRACE(function);
+    const FailNthCall fault(function, 1, EIO);
+    const RecordCalls recorded;
+    const bool copy = function == std::string("read");
+    EXPECT_EQ(copy ? CopyFile(from, to) : MapFileWrite(to, data), 0);
+    const std::vector<std::string>& calls = recorded.Calls();
+    const auto failed = std::find(calls.begin(), calls.end(), function);
+    std::vector<std::string> expected = {"close", "stat", "unlink"};
+    if (copy) expected.insert(expected.begin(), "close");
+    EXPECT_EQ(std::vector<std::string>(failed + 1, calls.end()), expected);
+  }
 }
 
 TEST(MapFileRead, TellsEmptyFromMissing) {
