@@ -33,6 +33,12 @@ constexpr ScanRules kRules = [] {
 
 constexpr int kWords = TokAtom | TokQuoted | TokDot | TokLiteral;
 
+// Whether what a token took from the text is a line end, as that of a TokCrlf alone is.
+bool IsLineEnd(std::string_view text, int from, int to) {
+  const auto start = static_cast<std::size_t>(from);
+  return text.substr(start, static_cast<std::size_t>(to) - start) == "\r\n";
+}
+
 // --- The way over a bad address ------------------------------------------------------------
 
 // Whether a line ends here and no blank folds it.
@@ -138,8 +144,12 @@ SStringList S822Parser::Addresses() {
 
 S822Address S822Parser::_ParseNextAddress() {
   _NoteNothing();
+  const int begin = position_;
   Reading reading(*this);
   reading.address.bad_ = _ReadAddress(reading) ? 0 : 1;
+  if (IsLineEnd(input_.View(), std::max(begin, previous_), position_)) {
+    UndoNext();  // it goes on being the end, whatever came before
+  }
   if (reading.commented) reading.address.comment_ = reading.comment.Text();
   return std::move(reading.address);
 }
@@ -165,8 +175,6 @@ bool S822Parser::_ReadAddress(Reading& reading) {
       case TokAt:
         return _ReadAngle(reading);
       case TokCrlf:
-        UndoNext();
-        [[fallthrough]];  // it goes on being the end
       case TokEnd:
         reading.address.end_ = 1;
         return true;
@@ -222,10 +230,8 @@ bool S822Parser::_EndsBareAddress(const SToken& token, AddressFlaw flaw) {
   switch (token.Type()) {
     case TokComma:
     case TokEnd:
-      return true;
     case TokCrlf:
-      UndoNext();
-      return true;  // it goes on being the end
+      return true;
     case TokSemicolon:
       if (inGroup_ == 0) {
         _Note(AddressFlaw::kGroup, token);
@@ -284,7 +290,6 @@ bool S822Parser::_ReadAngle(Reading& reading) {
   }
   reading.address.localPart_ = reading.words.TakeJoined('.');
   if (token.Type() == TokAt) return _ReadAngleDomain(reading);
-  if (token.Type() == TokCrlf) UndoNext();  // it goes on being the end
   return true;
 }
 

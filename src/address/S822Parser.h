@@ -7,8 +7,8 @@
 //     else Consume(a);
 //   }
 //
-// The list ends with its text, or with a line end that no blank follows; the text behind that
-// is never looked at.
+// The list ends with its text, or with a line end that no blank follows, also where that stands
+// in a bad address; the text after it is never looked at.
 //
 // Known and kept:
 //   - The words of a local part are joined with dots: "john smith@example.org" has the local
@@ -56,7 +56,8 @@ class MAILHEARTH_EXPORT S822Parser : public S821Parser {
   void Set(const SString& text) { Init(text); }
 
   // Reads the address that comes next. One that is bad leaves the parser where the error was
-  // found. At the end of the list the answer IsEnd(), now and at every further call.
+  // found, before it if that is the line end that ends the list. At the end of the list the answer
+  // IsEnd(), now and at every further call.
   [[nodiscard]] S822Address NextAddress();
 
   // The same, but behind a bad address it goes on: behind the next comma that is neither in

@@ -315,6 +315,25 @@ TEST(S822Parser, ALineEndWithoutAFoldEndsTheList) {
   }
 }
 
+TEST(S822Parser, ALineEndInABadAddressEndsTheListToo) {
+  for (const char* const text :
+       {"<a@\r\nb@c.d", "<a@(1)\r\nb@c.d", "<a@ \r\nb@c.d", "A <a@\r\n,b@c.d", "g: <a@\r\nb@c.d;",
+        "a@\r\nb@c.d", "a@1.2\r\nb@c.d", "<@r\r\nb@c.d", "<@r.\r\nb@c.d", "<@\r\nb@c.d",
+        "<@r,\r\n@s:b@c.d", "<@r,@\r\nb@c.d", "<@r,@s\r\n:b@c.d", "@r\r\nb@c.d", "@\r\nb@c.d"}) {
+    SCOPED_TRACE(text);
+    for (const auto next : {&S822Parser::NextAddress, &S822Parser::NextListed}) {
+      S822Parser parser(text);
+      EXPECT_TRUE((parser.*next)().IsBad());
+      for (int n = 0; n < 3; ++n) EXPECT_TRUE((parser.*next)().IsEnd());
+      EXPECT_EQ(parser.NextToken().Type(), TokCrlf);
+      EXPECT_FALSE(parser.Addresses().Defined());
+    }
+  }
+  Check({"folded", "<a@\r\n b.c>", {Good("a", "b.c"), kEnd}});
+  Check({"folded, in a route", "<@r:\r\n a@b>", {Routed({"r"}, "a", "b"), kEnd}});
+  Check({"last", "<@r:a@b>\r\n", {Routed({"r"}, "a", "b"), kEnd}});
+}
+
 TEST(S822Parser, AGroupGoesOnFromCallToCall) {
   S822Parser parser("g: a@b, h: c@d;");
   EXPECT_FALSE(parser.NextAddress().IsBad());

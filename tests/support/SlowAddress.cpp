@@ -12,6 +12,7 @@ inline namespace mailhearth {
 namespace {
 
 constexpr std::string_view kBlanks = " \t";
+constexpr int kListEnds = TokEnd | TokCrlf;
 
 bool Has(std::string_view set, char c) { return set.find(c) != set.npos; }
 
@@ -127,7 +128,9 @@ SlowToken SlowAddressParser::_Took(std::size_t began, std::size_t end, int type,
 }
 
 SlowToken SlowAddressParser::NextToken() {
-  return form_ == SlowForm::kList ? _NextListToken() : _NextPathToken();
+  SlowToken token = form_ == SlowForm::kList ? _NextListToken() : _NextPathToken();
+  lastType_ = token.type;
+  return token;
 }
 
 SlowToken SlowAddressParser::_NextPathToken() {
@@ -517,6 +520,7 @@ bool SlowAddressParser::IsValidDomain() {
 SlowAddress SlowAddressParser::NextAddress() {
   SlowAddress address = _ParseNext();
   address.local = SlowFixLocalPart(address.local);
+  if (lastType_ == TokCrlf) UndoNext();  // the list ends there, good or bad
   return address;
 }
 
@@ -527,7 +531,7 @@ SlowAddress SlowAddressParser::_ParseNext() {
     for (; (token.type & (TokComma | TokComment | TokSemicolon)) != 0; token = NextToken()) {
       if (token.type == TokSemicolon) inGroup_ = false;
     }
-    if (_EndsList(token)) {
+    if ((token.type & kListEnds) != 0) {
       address.end = true;
       return address;
     }
@@ -590,16 +594,10 @@ bool SlowAddressParser::_ParseWords(SlowAddress& address, SlowToken token) {
   }
 }
 
-// Whether `token` ends the list, which it then does for good.
-bool SlowAddressParser::_EndsList(const SlowToken& token) {
-  if (token.type == TokCrlf) UndoNext();
-  return (token.type & (TokEnd | TokCrlf)) != 0;
-}
-
 // Whether `token` ends an address without brackets; if it is a semicolon, it ends the group.
 bool SlowAddressParser::_EndsBareAddress(const SlowToken& token) {
   if (token.type == TokSemicolon) return std::exchange(inGroup_, false);
-  return token.type == TokComma || _EndsList(token);
+  return (token.type & (TokComma | kListEnds)) != 0;
 }
 
 void SlowAddressParser::_ParseBareDomain(SlowAddress& address) {
@@ -639,11 +637,11 @@ void SlowAddressParser::_ParseAngle(SlowAddress& address, SlowToken token) {
        token = NextToken()) {
     if (token.type != TokComment) words.push_back(token.text);
   }
-  constexpr int kEnds = TokGreater | TokEnd | TokComma | TokCrlf;
+  constexpr int kEnds = TokGreater | TokComma | kListEnds;
   address.bad = (token.type & (kEnds | TokAt)) == 0;
   if (address.bad) return;
   address.local = SlowJoinTokens(words, '.');
-  if (_EndsList(token) || token.type != TokAt) return;
+  if (token.type != TokAt) return;
   address.bad = !_ParseHost(address.domain, token, kEnds, TokComment) || address.domain.empty();
   if (address.bad) return;
   while (token.type == TokGreater) token = NextToken();

@@ -80,7 +80,6 @@ class SlowAddressParser {
 
   SlowAddress _ParseNext();
   bool _ParseWords(SlowAddress& address, SlowToken token);
-  bool _EndsList(const SlowToken& token);
   bool _EndsBareAddress(const SlowToken& token);
   void _ParseBareDomain(SlowAddress& address);
   void _ParseAngle(SlowAddress& address, SlowToken token);
@@ -89,6 +88,7 @@ class SlowAddressParser {
   SlowForm form_;
   std::size_t position_ = 0, previous_ = 0;
   bool inGroup_ = false;
+  int lastType_ = 0;  // of the token read last
 };
 
 [[nodiscard]] bool SlowIsValidLiteral(const std::string& text);
