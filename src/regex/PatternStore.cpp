@@ -3,21 +3,8 @@
 #include <algorithm>
 
 #include "Options.h"
-#include "SPerlRegex.h"
 
 inline namespace mailhearth {
-
-namespace {
-
-std::unique_ptr<StoredPattern> Compile(std::string_view text, bool ignoreCase) {
-  auto pattern = std::make_unique<StoredPattern>();
-  pattern->text = text;
-  pattern->ignoreCase = ignoreCase;
-  pattern->expression.Set(PerlRegexConv(SString(text)), ignoreCase ? "i" : nullptr);
-  return pattern;
-}
-
-}  // namespace
 
 CompiledPattern::CompiledPattern(std::string_view text, const char* options) {
   PatternStore& store = PatternStore::Instance();
@@ -26,7 +13,7 @@ CompiledPattern::CompiledPattern(std::string_view text, const char* options) {
   // In use: somebody up the stack searches with it, a new-handler being at work, say.
   if (pattern_ == nullptr || pattern_->inUse) {
     const bool known = pattern_ != nullptr;
-    own_ = Compile(text, ignoreCase);
+    own_ = std::make_unique<StoredPattern>(text, ignoreCase);
     pattern_ = own_.get();
     if (!known) store.Keep(own_);
   }

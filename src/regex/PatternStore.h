@@ -10,15 +10,19 @@
 #include <string_view>
 #include <vector>
 
-#include "SRegex.h"
+#include "../strings/SString.h"
+#include "SPerlRegex.h"
 
 inline namespace mailhearth {
 
 // A kept expression.
 struct StoredPattern {
-  std::string text;  // in the Perl-like dialect
+  StoredPattern(std::string_view pattern, bool blind)
+      : text(pattern), ignoreCase(blind), expression(SString(pattern), blind ? "i" : nullptr) {}
+
+  std::string text;
   bool ignoreCase;
-  SRegex expression;
+  SPerlRegex expression;
   bool inUse = false;
 };
 
@@ -29,7 +33,7 @@ struct StoredPattern {
 //   if (pattern.Expression().OK()) ...
 class CompiledPattern {
  public:
-  // A pattern that cannot be translated is reported, at every call.
+  // A pattern that cannot be translated, or does not compile, is reported at every call.
   CompiledPattern(std::string_view text, const char* options);
   ~CompiledPattern();
   CompiledPattern(const CompiledPattern&) = delete;

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "../strings/StandardError.h"
+#include "engine/Expression.h"
 
 inline namespace mailhearth {
 
@@ -186,6 +187,24 @@ Code Translator::_AtEnd() const {
   return backslash_ ? kEndsInBackslash : kNoError;
 }
 
+// Reports what is wrong with a pattern; no reason if that is empty.
+void Report(std::string_view reason, const SString& pattern) {
+  std::ostream& out = StandardError();
+  SString text("Regular expression error -- compile aborted.  Reason:\n\t");
+  if (!reason.empty()) (text += reason) += '\n';
+  (text += "\tThe erroneous expression is '").Write(out);
+  pattern.Debug(0);
+  out.write("'.\n", 3);
+}
+
+// Reports what the engine has made of the translation of a pattern, if that is an error. Not
+// that of the empty translation: it is no error of the pattern, or one reported before.
+// Returns `status`.
+int Reported(int status, const SString& posix, const SString& pattern) {
+  if (status != 0 && posix.Length() > 0) Report(engine::ErrorText(status), pattern);
+  return status;
+}
+
 }  // namespace
 
 SString PerlRegexConv(const SString& pattern) {
@@ -198,21 +217,15 @@ SString PerlRegexConv(const SString& pattern) {
 }
 
 void RegexError(int code, const SString& pattern) {
-  std::ostream& out = StandardError();
-  SString reason("Regular expression error -- compile aborted.  Reason:\n\t");
-  if (code > 0 && code < static_cast<int>(kRegexErrors.size())) {
-    (reason += kRegexErrors[static_cast<std::size_t>(code)]) += '\n';
-  }
-  (reason += "\tThe erroneous expression is '").Write(out);
-  pattern.Debug(0);
-  out.write("'.\n", 3);
+  const bool known = code > 0 && code < static_cast<int>(kRegexErrors.size());
+  Report(kRegexErrors[known ? static_cast<std::size_t>(code) : 0], pattern);
 }
 
 SPerlRegex::SPerlRegex() : perl_(""), posix_("") {}
 
 SPerlRegex::SPerlRegex(const SString& pattern, const char* options)
     : perl_(pattern), posix_(PerlRegexConv(pattern)) {
-  SRegex::Set(posix_, options);
+  Reported(SRegex::Set(posix_, options), posix_, perl_);
 }
 
 SPerlRegex::SPerlRegex(SPerlRegex& other) : SRegex(other) {}
@@ -224,7 +237,7 @@ int SPerlRegex::Set(const SString& pattern, const char* options) {
   SString posix = PerlRegexConv(pattern);
   perl_ = pattern;
   posix_ = std::move(posix);
-  return posix_.Length() > 0 ? SRegex::Set(posix_, options) : 0;
+  return posix_.Length() > 0 ? Reported(SRegex::Set(posix_, options), posix_, perl_) : 0;
 }
 
 void SPerlRegex::Debug() const {

@@ -14,6 +14,10 @@
 // before a "]" is best avoided: it keeps the check of brackets from seeing their end, but
 // for the search they do end there. To have a "]" among the members, put it first.
 //
+// A "[" among the members is best put last: before a ".", ":" or "=" it begins a name for the
+// engine, as in POSIX. So "[[.]", "[<>()[.]" and "[[:]" do not compile, and "[.[]" does. Where
+// the name is closed, as in "[[:alpha:][x]", the members are others than they seem.
+//
 //   SPerlRegex date("(\\d+)-(\\d+)-(\\d+)");
 //   if (date.HasMatch(line)) ...
 
@@ -65,7 +69,8 @@ class MAILHEARTH_EXPORT SPerlRegex : public SRegex {
   SPerlRegex();
 
   // Compiles `pattern`; the option "i" ignores case. One that cannot be translated is
-  // reported and counts as the empty pattern, which does not compile.
+  // reported and counts as the empty pattern, which does not compile. One whose translation
+  // does not compile is reported as well, with the engine's reason; the empty pattern is not.
   explicit SPerlRegex(const SString& pattern, const char* options = nullptr);
 
   // These copy nothing, as those of SRegex.
@@ -75,7 +80,7 @@ class MAILHEARTH_EXPORT SPerlRegex : public SRegex {
 
   ~SPerlRegex() override;
 
-  // Compiles another pattern. Returns 0 or a code from <regex.h>.
+  // Compiles another pattern. Returns 0, or a code from <regex.h> after reporting the reason.
   //
   // Where the translation is empty, as that of a pattern in error is, the answer is 0 and
   // the expression compiled before goes on to be used.

@@ -156,7 +156,9 @@ TEST(GrepByTest, APatternThatDoesNotCompileGivesUndefinedLists) {
   const FailureRow rows[] = {
       {"/a)/", unmatched},
       {"s/a)/b/", unmatched},
-      {"/a{2,1}/", ""},
+      {"/a{2,1}/",
+       "Regular expression error -- compile aborted.  Reason:\n\tInvalid bound in braces\n\tThe "
+       "erroneous expression is 'a{2,1}'.\n"},
       {"//", ""},
       {"/", ""},
       {"s//x/g", ""},

@@ -103,7 +103,10 @@ TEST(Matching, APatternThatDoesNotCompileMatchesNothing) {
               EXPECT_FALSE(SString("a{2,1}").HasMatch("a{2,1}"));
               EXPECT_FALSE(SString("*a").HasMatch("*a"));
             }),
-            "");
+            "Regular expression error -- compile aborted.  Reason:\n\tInvalid bound in braces\n\t"
+            "The erroneous expression is 'a{2,1}'.\n"
+            "Regular expression error -- compile aborted.  Reason:\n\tNothing before a repetition"
+            "\n\tThe erroneous expression is '*a'.\n");
 }
 
 TEST(Matching, AnExpressionLearnsWhatMatched) {

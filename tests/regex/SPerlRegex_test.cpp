@@ -6,6 +6,8 @@
 #include <type_traits>
 #include <utility>
 
+#include "lists/SStringList.h"
+#include "strings/SString.h"
 #include "support/ErrorText.h"
 #include "support/SStringListPeek.h"
 
@@ -105,9 +107,76 @@ TEST(SPerlRegex, ASetThatFailsBeforeTheFirstExpression) {
 
 TEST(SPerlRegex, ATranslationThatDoesNotCompileReplacesTheExpression) {
   SPerlRegex re("x");
-  EXPECT_GT(re.Set("a{2,1}"), 0);
+  Reported([&] { EXPECT_GT(re.Set("a{2,1}"), 0); });
   EXPECT_FALSE(re.OK());
   EXPECT_FALSE(re.HasMatch("x"));
+}
+
+// A pattern that is translated, but does not compile.
+struct RefusedRow {
+  const char* pattern;
+  const char* reason;
+};
+
+constexpr RefusedRow kRefused[] = {
+    {"[[.]", "Unmatched opening bracket"},      {"[<>()[.]", "Unmatched opening bracket"},
+    {"[[:]", "Unmatched opening bracket"},      {"[[=]", "Unmatched opening bracket"},
+    {"[^\\d[.]+", "Unmatched opening bracket"}, {"[[:alpha:]", "Unmatched opening bracket"},
+    {"[[:x:][y]", "Invalid character class"},   {"[[.xy.][z]", "Invalid collating element"},
+    {"[z-a]", "Invalid end of a range"},        {"*a", "Nothing before a repetition"},
+    {"a{2,1}", "Invalid bound in braces"},      {"a{256}", "Invalid bound in braces"},
+    {"a{1", "Unmatched opening brace"},         {"x{255}{255}", "Regular expression too big"},
+};
+
+TEST(SPerlRegex, APatternThatDoesNotCompileIsReportedOnce) {
+  for (const RefusedRow& row : kRefused) {
+    SCOPED_TRACE(row.pattern);
+    SString dumped(row.pattern);
+    dumped.S("\\\\", "\\\\\\\\", "g");
+    const std::string report = "Regular expression error -- compile aborted.  Reason:\n\t" +
+                               std::string(row.reason) + "\n\tThe erroneous expression is '" +
+                               std::string(dumped.View()) + "'.\n";
+    const SString text("text"), pattern(row.pattern);
+    SString edited(text);
+    SStringList list(text);
+    EXPECT_EQ(ErrorText([&] { EXPECT_FALSE(SPerlRegex(pattern).OK()); }), report);
+    EXPECT_EQ(ErrorText([&] { EXPECT_GT(SPerlRegex().Set(pattern, "i"), 0); }), report);
+    for (int n = 0; n < 2; ++n) {
+      EXPECT_EQ(ErrorText([&] { EXPECT_FALSE(text.HasMatch(row.pattern)); }), report);
+      EXPECT_EQ(ErrorText([&] { EXPECT_FALSE(text.HasMatch(pattern, "i")); }), report);
+      EXPECT_EQ(ErrorText([&] { EXPECT_FALSE(text.M(pattern).Defined()); }), report);
+      EXPECT_EQ(ErrorText([&] { EXPECT_FALSE(edited.S(pattern, "x").Defined()); }), report);
+      EXPECT_EQ(ErrorText([&] { EXPECT_FALSE(text.Split(pattern).Defined()); }), report);
+      EXPECT_EQ(ErrorText([&] { EXPECT_FALSE(list.Grep(SString("/") + pattern + "/").Defined()); }),
+                report);
+    }
+    EXPECT_EQ(ErrorText([&] { EXPECT_GT(SRegex().Set(PerlRegexConv(pattern)), 0); }), "");
+  }
+}
+
+TEST(SPerlRegex, APatternWithoutATranslationIsReportedOnceOrNotAtAll) {
+  const std::string report = ErrorText([] { RegexError(5, "a)"); });
+  EXPECT_EQ(ErrorText([] { EXPECT_FALSE(SPerlRegex("a)").OK()); }), report);
+  EXPECT_EQ(ErrorText([] { EXPECT_EQ(SPerlRegex().Set("a)"), 0); }), report);
+  EXPECT_EQ(ErrorText([] {
+              EXPECT_FALSE(SPerlRegex("").OK());
+              EXPECT_EQ(SPerlRegex().Set(""), 0);
+            }),
+            "");
+}
+
+TEST(SPerlRegex, AnOpeningBracketIsAMemberWhereItIsLast) {
+  const std::pair<const char*, std::string> rows[] = {
+      {"[.[]", ".["}, {"[<>().[]", "<>().["}, {"[:[]", ":["},           {"[=[]", "=["},
+      {"[][]", "]["}, {"[[a]", "[a"},         {"[\\d[]", "0123456789["}};
+  for (const auto& [pattern, members] : rows) {
+    SCOPED_TRACE(pattern);
+    const SPerlRegex re(pattern);
+    for (char c = ' '; c <= '~'; ++c) {
+      EXPECT_EQ(re.HasMatch(SString(c)), members.find(c) != members.npos) << c;
+    }
+  }
+  EXPECT_TRUE(SPerlRegex("^[[:alpha:][x]$").HasMatch("q")) << "closed, it is a name";
 }
 
 TEST(SPerlRegex, IsAnSRegex) {

@@ -98,7 +98,7 @@ TEST(Split, AllForms) {
 TEST(Split, AnUncompiledSeparatorGivesAnUndefinedList) {
   const SRegex re;
   EXPECT_FALSE(SString("a").Split(re).Defined());
-  EXPECT_FALSE(SString("a{2,1}").Split("a{2,1}").Defined());
+  EXPECT_NE(ErrorText([] { EXPECT_FALSE(SString("a{2,1}").Split("a{2,1}").Defined()); }), "");
   EXPECT_EQ(ErrorText([] { EXPECT_FALSE(SString("a]").Split("]").Defined()); }),
             "Regular expression error -- compile aborted.  Reason:\n\tUnmatched closing bracket in "
             "regular expression.\n\tThe erroneous expression is ']'.\n");
@@ -124,8 +124,7 @@ TEST(Split, AByteThatIsNoPatternIsNoSeparator) {
     SStringList fields = {"before"};
     const std::string said = ErrorText([&] { fields = text.Split(sep); });
     EXPECT_FALSE(fields.Defined()) << sep;
-    const bool translates = std::string_view("*+?").find(*sep) != std::string_view::npos;
-    EXPECT_EQ(said.empty(), translates) << sep;
+    EXPECT_NE(said, "") << sep;
   }
 }
 

@@ -229,7 +229,7 @@ TEST(Substitution, WithNothingCompiledNothingChanges) {
   EXPECT_FALSE(re.Subst(s, "x").Defined());
   EXPECT_FALSE(s.S(re, "x", "g").Defined());
   EXPECT_NE(ErrorText([&] { EXPECT_FALSE(s.S("a)", "x").Defined()); }), "");
-  EXPECT_FALSE(s.S("a{2,1}", "x").Defined());
+  EXPECT_NE(ErrorText([&] { EXPECT_FALSE(s.S("a{2,1}", "x").Defined()); }), "");
   EXPECT_EQ(s, "abc");
 }
 

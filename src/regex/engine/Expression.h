@@ -12,8 +12,10 @@
 //   a**, a{2}+, ^*                  whatever stands before is repeated
 //   a{, a{,3}, {x}                  a "{" with no digit behind it is itself
 //   a{3, a{1x}, a{2,1}, a{256}      REG_EBRACE, then REG_BADBR
-//   a)                              REG_EPAREN
 //   [a-c-e]                         a "-" behind a range is itself
+//
+// In one place it departs from the standard, to which the ")" of "a)" is an ordinary character:
+// here it is REG_EPAREN, since one parenthesis too many is more often a slip than meant.
 //
 // "^" matches at offset 0 of the text only and "$" at its end only, whatever lines it has;
 // "." and [^a] match a newline and NUL.
