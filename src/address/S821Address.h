@@ -13,7 +13,12 @@
 // The text of an address reads back equal in route, local part and domain, but for a local
 // part that a parser made of more than a quoted string and a lone backslash at the end of its
 // text, like "a b"\ with those quotes: behind the backslash the text of the address goes on. A
-// strict parser refuses, besides, a local part whose quotes were taken off its dots: "a..b".
+// strict parser refuses, besides, a local part that has lost what made its dots ordinary: mostly
+// a backslash, as in \.a and a\., or the quotes, as in "a..b".
+//
+// The local part of a valid address may have any byte in it, in quotes or after a backslash, also
+// a line feed, a carriage return and NUL. Ask IsFieldValue (queue/Checks.h) of an address before
+// it is stored in a record, and look for these bytes before it goes into a command or a header.
 
 #ifndef MAILHEARTH_ADDRESS_S821ADDRESS_H
 #define MAILHEARTH_ADDRESS_S821ADDRESS_H

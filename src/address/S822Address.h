@@ -16,9 +16,11 @@
 //     behind it is behind one long atom in the text, and gets a dot: a %"b" reads back as
 //     a%."b".
 //
-// The form of the envelope reads back equal as an S821Address unless one of its literals is
-// not an IPv4 address, its domain is none, or a quoted string stands elsewhere in its local
-// part than first or has a line end in it.
+// The form of the envelope reads back equal as an S821Address unless one of its literals is not
+// an IPv4 address byte by byte (of [1. 1.1.1] the blank is lost), its domain is none, or a quoted
+// string stands elsewhere in its local part than first or has a line end in it.
+//
+// Phrase, comment and literals may have any byte in them, as the local part of an S821Address.
 //
 // Known and kept: Set() reads an address of an envelope and leaves phrase, comment and end
 // mark as they were.

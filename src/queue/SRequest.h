@@ -49,9 +49,10 @@ class MAILHEARTH_EXPORT SRequest : public SControl {
   // no value there, "Priority:" to "3".
   //
   // Fails with ETIMEDOUT where no answer came in time, with EBADMSG where more or less than
-  // one byte came, with EINVAL for a limit below 0 or one that is not a number, and with
-  // EINTR where a signal that the process handles ended the wait. Where the record cannot be
-  // read any more, or memory runs out, it is removed as well, as far as it can be.
+  // one byte came, with EINVAL for a limit below 0 or one that is not a number and where
+  // DispatchSocket or DispatchKey is missing (SControl::Notify), and with EINTR where a signal that
+  // the process handles ended the wait. Where the record cannot be read any more, or memory runs
+  // out, it is removed as well, as far as it can be.
   [[nodiscard]] int Ask(const SString& function, double timeout);
 
   // Writes the record back and tells the module that asked. The record must have been read

@@ -465,7 +465,8 @@ class MAILHEARTH_EXPORT SString {
 [[nodiscard]] inline SString MakeSString(float value) { return SString(value); }
 [[nodiscard]] inline SString MakeSString(double value) { return SString(value); }
 
-// Write the bytes; read a whole line, its line feed included.
+// Write the bytes alone, whatever width is set, which stays set; read a whole line, its line
+// feed included.
 MAILHEARTH_EXPORT std::ostream& operator<<(std::ostream& os, SString s);
 MAILHEARTH_EXPORT std::istream& operator>>(std::istream& is, SString& s);
 

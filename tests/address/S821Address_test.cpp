@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "address/S821Parser.h"
 #include "support/AddressParts.h"
 #include "support/CheckText.h"
 #include "support/FailEachAllocation.h"
@@ -82,6 +83,23 @@ TEST(S821Address, IsReadLeniently) {
   EXPECT_EQ(S821Address("a..b@host").Get(), "<a..b@host>");
   EXPECT_TRUE(S821Address(SString()).IsNull());
   EXPECT_EQ(S821Address::_Parse("<@r:joe@hub>").Get(), "<@r:joe@hub>");
+}
+
+// Known and kept: the form without backslashes and quotes is one that a strict parser refuses.
+TEST(S821Address, ReadsBackLenientlyWhereItsDotsWereOrdinary) {
+  const std::pair<const char*, const char*> rows[] = {
+      {R"(\.a@host)", "<.a@host>"},      {R"(a\.@host)", "<a.@host>"},
+      {R"(a.\.b@host)", "<a..b@host>"},  {R"("\.a"@host)", "<.a@host>"},
+      {R"("a..b"@host)", "<a..b@host>"}, {R"(".a"@host)", "<.a@host>"}};
+  for (const auto& [text, form] : rows) {
+    SCOPED_TRACE(text);
+    const S821Address address = S821Parser(text).ExtractAddress();
+    EXPECT_EQ(address.Get(), form);
+    EXPECT_EQ(S821Address(form).Get(), form);
+    EXPECT_TRUE(S821Parser(form).ExtractAddress().IsBad());
+  }
+  EXPECT_TRUE(
+      S821Parser(S821Parser(R"(a\b@host)").ExtractAddress().Get()).ExtractAddress().IsValid());
 }
 
 TEST(S821Address, TakesAnotherText) {

@@ -59,6 +59,17 @@ TEST(S822Address, IsWrittenAsInAHeader) {
   CheckUndefined(Made("joe@10.1.2.3", "Joe", "(Joe)").Get());
 }
 
+TEST(S822Address, TheEnvelopeLosesTheBlanksOfALiteral) {
+  const std::pair<const char*, const char*> rows[] = {{"a@[1.1.1.1]", "<a@[1.1.1.1]>"},
+                                                      {"a@[1. 1.1.1]", "<a@[1.1.1.1]>"},
+                                                      {"<a@[1 .1.1.1]>", "<a@[1.1.1.1]>"},
+                                                      {"<[1. 1.1.1]@b>", "<[1.1.1.1]@b>"}};
+  for (const auto& [text, form] : rows) {
+    const S822Address address = S822Parser(text).NextAddress();
+    EXPECT_EQ(S821Address(address.S821Address::Address()).Get(), form) << text;
+  }
+}
+
 TEST(S822Address, TheFirstByteGoesWhateverItIs) {
   S822Address address;
   address.LocalPart() = SString("\n\0x", 3);

@@ -5,6 +5,9 @@
 #include <string>
 #include <string_view>
 
+#include "address/AddressRepair.h"
+#include "address/S821Parser.h"
+#include "address/S822Parser.h"
 #include "strings/SFixedString.h"
 #include "support/ExactInput.h"
 #include "support/Files.h"
@@ -96,6 +99,36 @@ TEST(IsFieldValue, OfAnUndefinedOrEmptyValueIsTrue) {
   EXPECT_FALSE(IsFieldValue("a\nFunction: b"));
   EXPECT_FALSE(IsFieldValue("a\n"));
   EXPECT_TRUE(IsFieldValue("a\nb", 1));
+}
+
+// What the page on security tells of addresses.
+TEST(IsFieldValue, IsToBeAskedOfAGoodAddress) {
+  struct Row {
+    const char* name;
+    std::string text;
+    bool path, listed;  // whether it is valid
+    bool safe;
+  };
+  const Row rows[] = {
+      {"behind a backslash", "\"a\\\nFunction: Relay\"@example.org", true, true, false},
+      {"in quotes", "\"a\nFunction: Relay\"@example.org", false, true, false},
+      {"in a phrase", "\"J\nFunction: Relay\" <a@b>", false, true, false},
+      {"in a comment", "a@b (J\nFunction: Relay)", false, true, false},
+      {"in a literal", "<a@[\nFunction: Relay]>", false, true, false},
+      {"carriage return", "<a\\\rb@c>", true, false, true},
+      {"NUL", std::string("\"a\0b\"@c", 7), true, true, true},
+  };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.name);
+    const S821Address path = S821Parser(Text(row.text)).ExtractAddress();
+    const S822Address listed = S822Parser(Text(row.text)).NextAddress();
+    EXPECT_EQ(path.IsValid(), row.path);
+    EXPECT_EQ(listed.IsValid(), row.listed);
+    const SString form = row.path ? path.Get() : listed.Get();
+    EXPECT_TRUE(form.HasMatch("[\n\r]") || form.Index(SString('\0')) >= 0);
+    EXPECT_EQ(IsFieldValue(form), row.safe);
+  }
+  EXPECT_FALSE(IsFieldValue(FixBogusAddress("a\\\nFunction: Relay@example.org")));
 }
 
 }  // namespace

@@ -297,9 +297,11 @@ TEST(Ask, FailsWhereTheDispatcherCannotBeTold) {
   EXPECT_EQ(Question().Ask("Quota", kLong), 0);
   EXPECT_EQ(errno, EINVAL);
   exchange.Set("DispatchKey", "secret");
-  exchange.Set("DispatchSocket", "70000");
-  EXPECT_EQ(Question().Ask("Quota", kLong), 0);
-  EXPECT_EQ(errno, EINVAL);
+  for (const char* const port : {"70000", "0", ""}) {
+    exchange.Set("DispatchSocket", port);
+    EXPECT_EQ(Question().Ask("Quota", kLong), 0);
+    EXPECT_EQ(errno, EINVAL);
+  }
   EXPECT_EQ(exchange.Files(), Names{});
 }
 

@@ -31,6 +31,9 @@ TEST(SStringWrite, IgnoresTheStreamsFormatting) {
   out.fill('*');
   EXPECT_EQ(SString("ab").Write(out), 1);
   EXPECT_EQ(out.str(), "ab");
+  out << SString("cd");
+  EXPECT_EQ(out.str(), "abcd");
+  EXPECT_EQ(out.width(), 10);
 }
 
 TEST(SStringWrite, WritesNothingToAStreamThatHasFailed) {
