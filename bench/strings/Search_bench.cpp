@@ -1,11 +1,14 @@
 // Searching, comparing, changing case, slicing and reading lines, beside std::string,
-// QByteArray and Abseil.
+// QByteArray, Abseil and the C library.
 
 #include <absl/strings/ascii.h>
 #include <absl/strings/match.h>
 #include <benchmark/benchmark.h>
+#include <string.h>   // memmem, memrchr: not in <cstring>
+#include <strings.h>  // strncasecmp
 
 #include <QByteArray>
+#include <cstring>
 #include <sstream>
 #include <string>
 
@@ -30,6 +33,8 @@ struct Ours {
   explicit Ours(const std::string& text) : s(std::string_view(text)) {}
   int First(const char* t) const { return s.Index(t, 0); }
   int Last(const char* t) const { return s.RIndex(t, 0); }
+  int First(char c) const { return s.Index(c, 0); }
+  int Last(char c) const { return s.RIndex(c, 0); }
   int Count(const char* t) const { return s.Count(t); }
   int Same(const Ours& o) const { return s.CompareNoCase(o.s); }
   int Lower() { return s.LowerCase()[0]; }
@@ -41,6 +46,8 @@ struct Standard {
   explicit Standard(const std::string& text) : s(text) {}
   int First(const char* t) const { return static_cast<int>(s.find(t)); }
   int Last(const char* t) const { return static_cast<int>(s.rfind(t)); }
+  int First(char c) const { return static_cast<int>(s.find(c)); }
+  int Last(char c) const { return static_cast<int>(s.rfind(c)); }
   int Count(const char* t) const {
     int count = 0;
     for (std::size_t at = 0; (at = s.find(t, at)) != s.npos; ++at) ++count;
@@ -62,6 +69,8 @@ struct Qt {
   explicit Qt(const std::string& text) : s(QByteArray::fromStdString(text)) {}
   int First(const char* t) const { return s.indexOf(t); }
   int Last(const char* t) const { return s.lastIndexOf(t); }
+  int First(char c) const { return s.indexOf(c); }
+  int Last(char c) const { return s.lastIndexOf(c); }
   int Count(const char* t) const { return s.count(t); }
   int Same(const Qt& o) const { return s.compare(o.s, ::Qt::CaseInsensitive) == 0; }
   int Lower() {
@@ -70,6 +79,25 @@ struct Qt {
   }
   int Middle(int from, int n) const { return s.mid(from, n).size(); }
   QByteArray s;
+};
+
+// The C library's functions, called on the bytes.
+struct C {
+  explicit C(const std::string& text) : s(text) {}
+  int First(const char* t) const { return At(::memmem(s.data(), s.size(), t, std::strlen(t))); }
+  int First(char c) const { return At(std::memchr(s.data(), c, s.size())); }
+  int Last(char c) const { return At(::memrchr(s.data(), c, s.size())); }
+  int Same(const C& o) const {
+    return s.size() == o.s.size() && ::strncasecmp(s.data(), o.s.data(), s.size()) == 0;
+  }
+  int Lower() {
+    absl::AsciiStrToLower(&s);
+    return s[0];
+  }
+  int At(const void* found) const {
+    return found == nullptr ? -1 : static_cast<int>(static_cast<const char*>(found) - s.data());
+  }
+  std::string s;
 };
 
 template <class Type, class Work>
@@ -95,6 +123,17 @@ template <class Type>
 void FindBack(benchmark::State& state) {
   const std::string text = kNeedle + Haystack(state.range(0));
   Run<Type>(state, text, 0, [](Type& s) { return s.Last(kNeedle); });
+}
+
+template <class Type>
+void FindByte(benchmark::State& state) {
+  Run<Type>(state, Haystack(state.range(0)) + '!', static_cast<int>(state.range(0)),
+            [](Type& s) { return s.First('!'); });
+}
+
+template <class Type>
+void FindByteBack(benchmark::State& state) {
+  Run<Type>(state, '!' + Haystack(state.range(0)), 0, [](Type& s) { return s.Last('!'); });
 }
 
 std::string HostileNeedle() { return std::string(50, 'a') + "b" + std::string(50, 'a'); }
@@ -167,13 +206,19 @@ void ReadLineStandard(benchmark::State& state) {
   BENCHMARK(function<Standard>)->Name(name "/std::string")->sizes; \
   BENCHMARK(function<Qt>)->Name(name "/QByteArray")->sizes
 
-PEERS(Find, "find", Arg(64)->Arg(4096)->Arg(1 << 20));
-PEERS(FindHostile, "find_hostile", Arg(1 << 20));
+#define PEERS_AND_C(function, name, sizes) \
+  PEERS(function, name, sizes);            \
+  BENCHMARK(function<C>)->Name(name "/C")->sizes
+
+PEERS_AND_C(Find, "find", Arg(64)->Arg(4096)->Arg(1 << 20));
+PEERS_AND_C(FindHostile, "find_hostile", Arg(1 << 20));
+PEERS_AND_C(FindByte, "find_byte", Arg(64)->Arg(4096));
+PEERS_AND_C(FindByteBack, "find_byte_back", Arg(64)->Arg(4096));
 PEERS(FindBack, "find_back", Arg(64)->Arg(4096)->Arg(1 << 20));
 PEERS(FindBackHostile, "find_back_hostile", Arg(1 << 20));
 PEERS(Count, "count", Arg(4096)->Arg(1 << 20));
-PEERS(EqualNoCase, "equal_nocase", Arg(20)->Arg(4096));
-PEERS(Lower, "lower", Arg(20)->Arg(4096));
+PEERS_AND_C(EqualNoCase, "equal_nocase", Arg(7)->Arg(30)->Arg(1000));
+PEERS(Lower, "lower", Arg(7)->Arg(20)->Arg(4096));
 PEERS(Segment, "segment", Arg(10)->Arg(100)->Arg(4096));
 BENCHMARK(ReadLineOurs)->Name("read_line/mailhearth")->Arg(1 << 20);
 BENCHMARK(ReadLineStandard)->Name("read_line/std::getline")->Arg(1 << 20);

@@ -1,10 +1,12 @@
-// MD5 beside OpenSSL's.
+// MD5 beside OpenSSL's, hexadecimal text beside Abseil's.
 
+#include <absl/strings/escaping.h>
 #include <benchmark/benchmark.h>
 #include <openssl/evp.h>
 
 #include <cstring>
 #include <string>
+#include <string_view>
 
 #include "system/Digests.h"
 
@@ -41,7 +43,36 @@ void Md5(benchmark::State& state) {
   state.SetBytesProcessed(state.iterations() * state.range(0));
 }
 
+std::string AllBytes(std::int64_t size) {
+  std::string text;
+  while (static_cast<std::int64_t>(text.size()) < size) text += static_cast<char>(text.size());
+  return text;
+}
+
+template <class Work>
+void RunHex(benchmark::State& state, const Work& work) {
+  const std::string expected = absl::BytesToHexString(AllBytes(state.range(0)));
+  if (work() != std::string_view(expected)) state.SkipWithError("wrong answer");
+  for (auto _ : state) {
+    auto text = work();
+    benchmark::DoNotOptimize(text);
+  }
+  state.SetBytesProcessed(state.iterations() * state.range(0));
+}
+
+void HexOurs(benchmark::State& state) {
+  const SString bytes{std::string_view(AllBytes(state.range(0)))};
+  RunHex(state, [&] { return Hex(bytes); });
+}
+
+void HexAbseil(benchmark::State& state) {
+  const std::string bytes = AllBytes(state.range(0));
+  RunHex(state, [&] { return absl::BytesToHexString(bytes); });
+}
+
 BENCHMARK(Md5<Ours>)->Name("md5/mailhearth")->Arg(64)->Arg(4096)->Arg(16 << 20);
 BENCHMARK(Md5<OpenSsl>)->Name("md5/OpenSSL")->Arg(64)->Arg(4096)->Arg(16 << 20);
+BENCHMARK(HexOurs)->Name("hex/mailhearth")->Arg(16)->Arg(4096);
+BENCHMARK(HexAbseil)->Name("hex/Abseil")->Arg(16)->Arg(4096);
 
 }  // namespace
