@@ -24,6 +24,8 @@
 #ifndef MAILHEARTH_STRINGS_SSTRING_H
 #define MAILHEARTH_STRINGS_SSTRING_H
 
+#include <string.h>  // memrchr: not in <cstring>
+
 #include <compare>
 #include <concepts>
 #include <cstddef>
@@ -396,6 +398,11 @@ class MAILHEARTH_EXPORT SString {
   // Index for bytes of any kind.
   [[nodiscard]] int _Index(std::string_view text, int start) const;
 
+  // Returns the position that a function of the C library has found; -1 for null.
+  [[nodiscard]] int _Position(const void* found) const {
+    return found == nullptr ? -1 : static_cast<int>(static_cast<const char*>(found) - Data());
+  }
+
   // Returns what of the range lies within the string; see Segment.
   [[nodiscard]] Range _Clip(int start, int count) const;
 
@@ -403,7 +410,9 @@ class MAILHEARTH_EXPORT SString {
   void _Replace(Range range, std::string_view text);
 
   // Makes this handle the only one on its bytes, and defined.
-  void _MakeUnique() { _Realloc(rep_->length); }
+  void _MakeUnique() {
+    if (!_HasRoom(rep_->length)) _Realloc(rep_->length);
+  }
 
   // Room for bytes and NUL; 0 when the string has no storage of its own.
   [[nodiscard]] int _Capacity() const { return rep_->allocated; }
@@ -507,6 +516,17 @@ inline SString SString::_Plus(std::string_view text) {
 inline char SString::operator[](int i) const {
   if (i < 0) i += rep_->length;
   return i < 0 || i >= rep_->length ? '\0' : rep_->buffer[i];
+}
+
+inline int SString::Index(char c, int start) const {
+  if (start < 0 || start >= Length()) return -1;
+  const std::string_view from = View().substr(static_cast<std::size_t>(start));
+  return _Position(std::memchr(from.data(), c, from.size()));
+}
+
+inline int SString::RIndex(char c, int start) const {
+  const int end = start < 1 || start > Length() ? Length() : start;
+  return _Position(::memrchr(Data(), c, static_cast<std::size_t>(end)));
 }
 
 inline bool SString::operator==(const SString& t) const {

@@ -34,7 +34,6 @@ int SString::CompareNoCase(const SString& t) const {
 
 int SString::Index(const SString& t, int start) const { return _Index(t.View(), start); }
 int SString::Index(const char* s, int start) const { return _Index(_Text(s), start); }
-int SString::Index(char c, int start) const { return _Index({&c, 1}, start); }
 
 int SString::_Index(std::string_view text, int start) const {
   if (start < 0 || start >= Length() || text.empty()) return -1;
@@ -49,11 +48,6 @@ int SString::RIndex(const SString& t, int start) const {
   if (from < 0 || t.Length() == 0) return std::max(from, -1);
   const int last = std::min(from, Length() - t.Length());
   return FindLast(View().substr(0, static_cast<std::size_t>(last) + t.View().size()), t.View());
-}
-
-int SString::RIndex(char c, int start) const {
-  const int end = start < 1 ? Length() : std::min(start, Length());
-  return FindLast(View().substr(0, static_cast<std::size_t>(end)), {&c, 1});
 }
 
 SString SString::Segment(int start, int count) const& {
