@@ -8,7 +8,9 @@
 #include <bit>
 #include <cstring>
 #include <limits>
+#include <string_view>
 
+#include "../strings/Sizes.h"
 #include "Environment.h"
 
 inline namespace mailhearth {
@@ -131,6 +133,31 @@ void Transform(Word state[4], const unsigned char* data, std::size_t blocks) {
   state[3] = d;
 }
 
+// Without a branch and without a table, so that loops over it become vectors.
+constexpr char HexDigit(unsigned char value) {
+  constexpr unsigned char kLetters = 'a' - '9' - 1;
+  return static_cast<char>('0' + value + (value > 9 ? kLetters : 0));
+}
+
+static_assert(HexDigit(0) == '0' && HexDigit(9) == '9' && HexDigit(10) == 'a' &&
+              HexDigit(15) == 'f');
+
+// Hex() for bytes of any kind.
+SString HexText(std::string_view bytes) {
+  const int length = CheckedLength(2 * static_cast<std::int64_t>(bytes.size()));
+  SStringRep* const rep = SStringRep::New(length);
+  char* to = rep->buffer;
+  for (std::size_t i = 0; i < bytes.size(); ++i) {
+    const auto byte = static_cast<unsigned char>(bytes[i]);
+    to[2 * i] = HexDigit(byte >> 4);
+    to[2 * i + 1] = HexDigit(byte & 15);
+  }
+  to[length] = '\0';
+  rep->length = length;
+  rep->links = 0;  // the string counts its own
+  return SString(rep);
+}
+
 // Returns the number of mailbox buckets.
 unsigned BucketCount() {
   constexpr unsigned kDefault = 500;
@@ -148,19 +175,10 @@ SString MD5(const SString& data) {
   MD5Update(&context, data.Data(), data.View().size());
   unsigned char digest[16];
   MD5Final(digest, &context);
-  return Hex(SString(reinterpret_cast<const char*>(digest), sizeof digest));
+  return HexText({reinterpret_cast<const char*>(digest), sizeof digest});
 }
 
-SString Hex(const SString& data) {
-  constexpr char kDigits[] = "0123456789abcdef";
-  SString text("");
-  for (const char byte : data.View()) {
-    const auto value = static_cast<unsigned char>(byte);
-    text += kDigits[value >> 4];
-    text += kDigits[value & 15];
-  }
-  return text;
-}
+SString Hex(const SString& data) { return HexText(data.View()); }
 
 void MD5Init(MD5_CTX* context) {
   *context = {{0x67452301, 0xefcdab89, 0x98badcfe, 0x10325476}, 0, {}};
@@ -183,13 +201,18 @@ void MD5Update(MD5_CTX* context, const void* data, std::size_t length) {
 }
 
 void MD5Final(unsigned char digest[16], MD5_CTX* context) {
-  constexpr unsigned char kPadding[kBlock] = {0x80};
   constexpr std::size_t kLengthAt = 56;  // the length in bits ends the last block
-  unsigned char bits[8];
-  StoreLittle(bits, context->length * 8, 8);
-  const std::size_t pending = context->length % kBlock;
-  MD5Update(context, kPadding, (pending < kLengthAt ? kLengthAt : kLengthAt + kBlock) - pending);
-  MD5Update(context, bits, sizeof bits);
+  unsigned char* const block = context->pending;
+  std::size_t used = context->length % kBlock;
+  block[used++] = 0x80;
+  if (used > kLengthAt) {
+    std::fill(block + used, block + kBlock, '\0');
+    Transform(context->state, block, 1);
+    used = 0;
+  }
+  std::fill(block + used, block + kLengthAt, '\0');
+  StoreLittle(block + kLengthAt, context->length * 8, 8);
+  Transform(context->state, block, 1);
   for (const Word word : context->state) {
     StoreLittle(digest, word, 4);
     digest += 4;

@@ -10,6 +10,7 @@
 #include <random>
 #include <string>
 
+#include "strings/SFixedString.h"
 #include "support/CheckText.h"
 #include "support/EnvironmentKey.h"
 #include "support/ExactInput.h"
@@ -117,6 +118,21 @@ TEST(Hex, GivesTwoDigitsForEachByte) {
     char expected[3];
     std::snprintf(expected, sizeof expected, "%02x", static_cast<unsigned>(c));
     CheckText(Hex(SString(static_cast<char>(c), 1)), expected);
+  }
+}
+
+TEST(Hex, TakesAsManyBytesAsThereAre) {
+  std::mt19937 random(7);
+  for (std::size_t size = 0; size <= 300; ++size) {
+    const std::string bytes = RandomBytes(random, size);
+    std::string expected;
+    for (const char byte : bytes) {
+      const auto value = static_cast<unsigned char>(byte);
+      expected += {"0123456789abcdef"[value / 16], "0123456789abcdef"[value % 16]};
+    }
+    const ExactInput exact(bytes);
+    SFixedString view(exact.Data(), exact.Length());
+    CheckText(Hex(view), expected);
   }
 }
 
