@@ -7,6 +7,7 @@ install(DIRECTORY "${PROJECT_SOURCE_DIR}/src/"
   FILES_MATCHING PATTERN "*.h"
   PATTERN "command" EXCLUDE
   PATTERN "engine" EXCLUDE
+  PATTERN "Blocks.h" EXCLUDE
   PATTERN "Bytes.h" EXCLUDE
   PATTERN "Descriptor.h" EXCLUDE
   PATTERN "ErrnoKeeper.h" EXCLUDE

@@ -4,12 +4,10 @@
 #ifndef MAILHEARTH_STRINGS_BYTES_H
 #define MAILHEARTH_STRINGS_BYTES_H
 
-#include <algorithm>
 #include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
-#include <string_view>
 
 inline namespace mailhearth {
 
@@ -44,26 +42,16 @@ constexpr std::uint64_t LowerWord(std::uint64_t word) {
 
 static_assert(LowerWord(0x40415A5B61C1DA00) == 0x40617A5B61C1DA00);
 
+// Returns the number whose lowest byte is the first in memory of `word`.
+constexpr std::uint64_t FirstLowest(std::uint64_t word) {
+  return std::endian::native == std::endian::little ? word : __builtin_bswap64(word);
+}
+
 // Returns the kWord bytes from `bytes` on, the first as the lowest.
 inline std::uint64_t WordAt(const char* bytes) {
   std::uint64_t word;
   std::memcpy(&word, bytes, kWord);
-  return std::endian::native == std::endian::little ? word : __builtin_bswap64(word);
-}
-
-// Needs: equal sizes.
-inline bool EqualNoCase(std::string_view a, std::string_view b) {
-  const auto equalAt = [&](std::size_t i) {
-    return LowerWord(WordAt(a.data() + i)) == LowerWord(WordAt(b.data() + i));
-  };
-  if (a.size() < kWord) {
-    return std::equal(a.begin(), a.end(), b.begin(),
-                      [](char x, char y) { return LowerByte(x) == LowerByte(y); });
-  }
-  for (std::size_t i = 0; i + kWord < a.size(); i += kWord) {
-    if (!equalAt(i)) return false;
-  }
-  return equalAt(a.size() - kWord);  // the last word, part of it once more
+  return FirstLowest(word);
 }
 
 }  // namespace mailhearth

@@ -4,7 +4,7 @@
 #include <cstring>
 #include <new>
 
-#include "Bytes.h"
+#include "Blocks.h"
 #include "SString.h"
 #include "Search.h"
 #include "Sizes.h"
@@ -71,13 +71,13 @@ int SString::Chop() {
 
 SString& SString::LowerCase() {
   _MakeUnique();
-  std::transform(rep_->buffer, rep_->buffer + Length(), rep_->buffer, LowerByte);
+  ChangeBytes(rep_->buffer, View().size(), LowerBlock);
   return *this;
 }
 
 SString& SString::UpperCase() {
   _MakeUnique();
-  std::transform(rep_->buffer, rep_->buffer + Length(), rep_->buffer, UpperByte);
+  ChangeBytes(rep_->buffer, View().size(), UpperBlock);
   return *this;
 }
 

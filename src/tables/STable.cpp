@@ -8,6 +8,7 @@
 #include <array>
 #include <limits>
 
+#include "../strings/Blocks.h"
 #include "../strings/Bytes.h"
 #include "../strings/Sizes.h"
 
