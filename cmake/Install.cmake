@@ -20,6 +20,7 @@ install(DIRECTORY "${PROJECT_SOURCE_DIR}/src/"
   PATTERN "Search.h" EXCLUDE
   PATTERN "Searches.h" EXCLUDE
   PATTERN "Sizes.h" EXCLUDE
+  PATTERN "SmallBlocks.h" EXCLUDE
   PATTERN "StandardError.h" EXCLUDE
   PATTERN "StartUp.h" EXCLUDE
   PATTERN "TokenWords.h" EXCLUDE)
