@@ -1,3 +1,7 @@
+// One byte is left to memchr. Several are compared with blocks of 32 bytes, in loops without
+// branches that compilers turn into vector instructions; the rest of the text is compared byte by
+// byte.
+
 #include "ByteSearch.h"
 
 #include <algorithm>
@@ -14,8 +18,9 @@ namespace {
 
 constexpr std::size_t kBlock = 32;
 
-// Returns the first byte of a block for which `is` says 1, not 0, or kBlock. All are asked, so
-// that compilers can ask for many at once; the answers are then looked at in words.
+// Returns the index of the first byte of a block for which `is` returns 1 instead of 0, or kBlock.
+// Calls `is` for all bytes, so that compilers can vectorise the loop; then looks for the first 1
+// a word at a time.
 template <class Is>
 std::size_t FirstInBlock(const char* block, Is is) {
   std::array<unsigned char, kBlock> answers;
@@ -34,7 +39,7 @@ std::size_t FirstInBlock(const char* block, Is is) {
 }  // namespace
 
 void FewBytes::Add(char byte) {
-  if (Overflown() || (count_ > 0 && Has(byte) != 0)) return;
+  if (Overflowed() || (count_ > 0 && Has(byte) != 0)) return;
   if (count_ < bytes_.size()) {
     std::fill(bytes_.begin() + static_cast<std::ptrdiff_t>(count_), bytes_.end(), byte);
   }
@@ -45,31 +50,31 @@ std::size_t ByteSearch::Find(std::string_view text, std::size_t at) const {
   if (first_.Count() == 0) return text.size();
   if (first_.Count() == 1) return _FindOne(text, at);
   at = _FindInBlocks(text, at);
-  while (at < text.size() && !_IsPlace(text, at)) ++at;
+  while (at < text.size() && !_IsMatch(text, at)) ++at;
   return at;
 }
 
-bool ByteSearch::_IsPlace(std::string_view text, std::size_t at) const {
+bool ByteSearch::_IsMatch(std::string_view text, std::size_t at) const {
   return first_.Has(text[at]) != 0 &&
-         (second_.Overflown() || at + 1 == text.size() || second_.Has(text[at + 1]) != 0);
+         (second_.Overflowed() || at + 1 == text.size() || second_.Has(text[at + 1]) != 0);
 }
 
-// Find() where the first set is one byte.
+// Find() for a first set of one byte.
 std::size_t ByteSearch::_FindOne(std::string_view text, std::size_t at) const {
   for (; at < text.size(); ++at) {
     const void* const found = std::memchr(text.data() + at, first_[0], text.size() - at);
     if (found == nullptr) return text.size();
     at = static_cast<std::size_t>(static_cast<const char*>(found) - text.data());
-    if (_IsPlace(text, at)) return at;
+    if (_IsMatch(text, at)) return at;
   }
   return at;
 }
 
-// Returns the first place from `at` on, or where no whole block is left.
+// Returns the offset of the first match, or of the rest that is too short for a block.
 std::size_t ByteSearch::_FindInBlocks(std::string_view text, std::size_t at) const {
-  const FewBytes first = first_;  // copies that no byte read can be thought to change
+  const FewBytes first = first_;  // copies: the compiler knows that the text does not alias them
   const FewBytes second = second_;
-  const bool pairs = !second.Overflown();
+  const bool pairs = !second.Overflowed();
   for (; text.size() - at > kBlock; at += kBlock) {
     const char* const block = text.data() + at;
     const std::size_t found =

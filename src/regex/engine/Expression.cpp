@@ -1,3 +1,6 @@
+// Compiles by parsing the pattern to a tree and the tree to a program. Matcher finds the bounds of
+// a match, GroupFinder its groups; they and their DFAs are created at first use.
+
 #include "Expression.h"
 
 #include <optional>
@@ -16,7 +19,7 @@ struct Expression::Parts {
   Tree tree;
   Program program;
 
-  // Made at first use.
+  // Created at first use.
   std::optional<Matcher> matcher;
   std::optional<GroupFinder> groups;
 };
@@ -29,10 +32,10 @@ std::unique_ptr<Expression> Expression::Compile(std::string_view pattern, bool i
                                                 int& status) {
   auto parts = std::make_unique<Parts>();
   int error = Parse(pattern, ignoreCase, parts->tree);
-  if (error == 0) error = parts->program.Make(parts->tree);
+  if (error == 0) error = parts->program.Compile(parts->tree);
   std::unique_ptr<Expression> result;
   if (error == 0) result.reset(new Expression(std::move(parts)));
-  status = error;  // not before: what throws leaves it
+  status = error;  // last: on an exception the caller's value stays
   return result;
 }
 
@@ -51,7 +54,7 @@ bool Expression::Find(std::string_view text, int start, regmatch_t& match) {
 void Expression::FindGroups(std::string_view text, regmatch_t match, std::span<regmatch_t> groups) {
   Parts& parts = *parts_;
   if (!parts.groups) {
-    parts.groups.emplace(parts.tree, parts.program, parts.matcher->Backward());
+    parts.groups.emplace(parts.tree, parts.program, parts.matcher->Reverse());
   }
   parts.groups->Find(text, match, groups);
 }

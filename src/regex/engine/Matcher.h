@@ -1,5 +1,5 @@
-// Finds the bounds of a match: forward for its end, then, where need be, back from there for
-// its start.
+// Finds the bounds of the leftmost longest match: its end by the forward DFA, its start, where
+// that was not seen on the way, by the reverse DFA.
 
 #ifndef MAILHEARTH_REGEX_ENGINE_MATCHER_H
 #define MAILHEARTH_REGEX_ENGINE_MATCHER_H
@@ -10,13 +10,13 @@
 #include <string_view>
 
 #include "Automaton.h"
-#include "Reading.h"
+#include "Cursor.h"
 
 inline namespace mailhearth {
 
 namespace engine {
 
-// A stretch of text.
+// A range of text, as offsets.
 struct Span {
   std::size_t from;
   std::size_t to;
@@ -24,36 +24,36 @@ struct Span {
 
 class Matcher {
  public:
-  // The tree is that of the program and not needed afterwards.
+  // `tree` is that of `program`, and is not needed afterwards.
   Matcher(const Tree& tree, Program& program);
 
-  // Sets `match` to the leftmost longest match in `text` from `start` on. Returns whether there
-  // is one. Needs: start <= text.size().
+  // Sets `match` to the leftmost longest match in `text` that begins at offset `start` or later.
+  // Returns whether there is one. Needs: start <= text.size().
   [[nodiscard]] bool Find(std::string_view text, std::size_t start, Span& match);
 
-  // The automaton that reads backward.
-  [[nodiscard]] Automaton& Backward();
+  // The reverse DFA, created at first use.
+  [[nodiscard]] Automaton& Reverse();
 
  private:
   static constexpr std::size_t kNowhere = std::string_view::npos;
 
-  // Where the match began that is the first in the state of a search.
-  struct Begun {
-    Automaton::StateId idle = Automaton::kUnknown;  // the state in which none has begun
-    std::size_t at = kNowhere;                      // if that was seen
+  // The earliest candidate match of a search, the first in its state.
+  struct Candidate {
+    Automaton::StateId idle = Automaton::kUnknown;  // the state without candidates
+    std::size_t start = kNowhere;                   // where it began, if that was seen
   };
 
   bool _FindEnd(std::string_view text, std::size_t start, Span& match);
-  std::size_t _TakePlainSteps(Reading& reading, std::string_view text, std::size_t at,
-                              Begun& begun);
+  std::size_t _TakePlainSteps(Cursor& cursor, std::string_view text, std::size_t at,
+                              Candidate& candidate);
   [[nodiscard]] std::size_t _FindStart(std::string_view text, std::size_t start, std::size_t end);
 
   Program& program_;
-  const std::uint32_t width_;                        // of every match, or kNone
-  const std::optional<unsigned char> requiredByte_;  // that every match has
-  bool endAnchored_ = false;  // matches end at the end of the text only, and begin anywhere
+  const std::uint32_t width_;                        // of every match, else kNone
+  const std::optional<unsigned char> requiredByte_;  // in every match
+  bool endAnchored_ = false;  // only at the end of the text, not at its start
   Automaton forward_;
-  std::optional<Automaton> backward_;  // made at first use
+  std::optional<Automaton> reverse_;  // created at first use
 };
 
 }  // namespace engine

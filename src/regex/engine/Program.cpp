@@ -1,3 +1,8 @@
+// Compiles the tree to an NFA, each node to the code that Thompson's construction gives it, with
+// bounds written out. Then computes the byte classes by partition refinement: the bytes are one
+// class at first, which each set and each byte of the program splits. The DFAs need a transition
+// per class instead of per byte.
+
 #include "Program.h"
 
 #include <regex.h>
@@ -27,10 +32,10 @@ const ByteSet& WordBytes() {
   return kWords;
 }
 
-// Returns the bytes that differ from the byte below them in `set`.
+// Returns the bytes at which a range of members or of non-members of `set` begins.
 ByteSet Borders(const ByteSet& set) { return set ^ (set << 1); }
 
-// Returns the members of a set, in order.
+// Returns the members of a set in ascending order.
 std::vector<std::size_t> Members(const ByteSet& set) {
   constexpr std::size_t kWord = 64;
   std::vector<std::size_t> members;
@@ -43,46 +48,46 @@ std::vector<std::size_t> Members(const ByteSet& set) {
   return members;
 }
 
-// Ranges of bytes, of one kind at first, that sets tell apart.
-class Ranges {
+// A partition of the bytes into classes, refined set by set. It works on ranges of bytes that
+// no set divides, not on single bytes.
+class Partition {
  public:
-  // Each member of `borders`, and 0, begins a range.
-  explicit Ranges(ByteSet borders) : firsts_(Members(borders.set(0))), kinds_(firsts_.size()) {}
+  // Begins with one class. Each member of `borders`, and 0, begins a range.
+  explicit Partition(ByteSet borders)
+      : firsts_(Members(borders.set(0))), classOf_(firsts_.size()) {}
 
-  [[nodiscard]] std::size_t Count() const { return firsts_.size(); }
-  [[nodiscard]] std::size_t First(std::size_t i) const { return i < Count() ? firsts_[i] : 256; }
-  [[nodiscard]] std::uint32_t Kind(std::size_t i) const { return kinds_[i]; }
-  [[nodiscard]] std::uint32_t Kinds() const { return count_; }
+  [[nodiscard]] std::size_t Ranges() const { return firsts_.size(); }
+  [[nodiscard]] std::size_t First(std::size_t i) const { return i < Ranges() ? firsts_[i] : 256; }
+  [[nodiscard]] std::uint32_t ClassOf(std::size_t i) const { return classOf_[i]; }
+  [[nodiscard]] std::uint32_t Classes() const { return classes_; }
 
-  // Gives the ranges within `set` another kind than those of their kind outside. Needs: no
-  // range is partly within.
-  void Separate(const ByteSet& set);
+  // Splits every class that `set` divides. Needs: no range lies partly in `set`.
+  void Refine(const ByteSet& set);
 
  private:
   std::vector<std::size_t> firsts_;
-  std::vector<std::uint32_t> kinds_;  // of each range
-  std::uint32_t count_ = 1;           // of kinds
+  std::vector<std::uint32_t> classOf_;  // by range
+  std::uint32_t classes_ = 1;
 };
 
-void Ranges::Separate(const ByteSet& set) {
-  std::array<bool, 256> outside{};        // which kinds have a range outside
-  std::array<std::uint32_t, 256> inside;  // the kind of those within, if it is a new one
-  std::fill_n(outside.begin(), count_, false);
-  std::fill_n(inside.begin(), count_, 0);
-  for (std::size_t i = 0; i < Count(); ++i) outside[kinds_[i]] |= !set[firsts_[i]];
-  for (std::size_t i = 0; i < Count(); ++i) {
-    std::uint32_t& kind = kinds_[i];
-    if (!set[firsts_[i]] || !outside[kind]) continue;
-    if (inside[kind] == 0) inside[kind] = count_++;
-    kind = inside[kind];
+void Partition::Refine(const ByteSet& set) {
+  std::array<bool, 256> outside{};         // which classes have a range outside the set
+  std::array<std::uint32_t, 256> splitTo;  // the new class of the ranges inside, 0 for none yet
+  std::fill_n(outside.begin(), classes_, false);
+  std::fill_n(splitTo.begin(), classes_, 0);
+  for (std::size_t i = 0; i < Ranges(); ++i) outside[classOf_[i]] |= !set[firsts_[i]];
+  for (std::size_t i = 0; i < Ranges(); ++i) {
+    std::uint32_t& rangeClass = classOf_[i];
+    if (!set[firsts_[i]] || !outside[rangeClass]) continue;
+    if (splitTo[rangeClass] == 0) splitTo[rangeClass] = classes_++;
+    rangeClass = splitTo[rangeClass];
   }
 }
 
 }  // namespace
 
-// Writes the code of a tree. A node is entered once for each time its code is written; the
-// nodes that are being written are a stack of frames, so the depth of a pattern does not
-// matter.
+// Writes the code of a tree, in a traversal with an explicit stack, so that the depth of a
+// pattern does not matter. The operand of a repetition is entered for each copy of its code.
 class Program::Writer {
  public:
   Writer(Tree& tree, std::vector<Instruction>& code) : tree_(tree), code_(code) {}
@@ -90,17 +95,18 @@ class Program::Writer {
   int Write();
 
  private:
-  // Nodes entered at most: bounds can have many nodes without code written many times.
+  // The maximal number of nodes entered: bounds on empty nodes enter many and write nothing.
   static constexpr std::size_t kMaxEntered = 32 * kMaxInstructions;
 
+  // A node whose code is being written.
   struct Frame {
     std::uint32_t node;
-    std::uint32_t child;  // that is being written, kNone before the first
+    std::uint32_t child;  // the child being written, kNone before the first
     Place start;          // of the node's code
-    Place split = kNone;  // whose target is still open
-    Place jumps = kNone;  // last of the jumps to the end, chained by their arguments
-    std::uint32_t turns = 0;
-    Place turnStart = 0;
+    Place split = kNone;  // the last split to be patched; they are chained by their arguments
+    Place jumps = kNone;  // the last jump to the end to be patched, chained likewise
+    std::uint32_t iterations = 0;
+    Place iterationStart = 0;
   };
 
   [[nodiscard]] Place _Here() const { return static_cast<Place>(code_.size()); }
@@ -114,8 +120,8 @@ class Program::Writer {
   bool _NextOfAlternation(Frame& frame, Node& node);
   bool _NextOfGroup(Frame& frame, Node& node);
   bool _NextOfRepetition(Frame& frame, Node& node);
-  bool _WantsTurn(const Frame& frame, const Node& node) const;
-  void _EndTurns(Frame& frame, Node& node);
+  bool _WantsIteration(const Frame& frame, const Node& node) const;
+  void _EndIterations(Frame& frame, Node& node);
   void _EndLeaf(Node& node, std::uint32_t width, std::uint32_t size) {
     node.width = width;
     node.size = size;
@@ -142,7 +148,7 @@ int Program::Writer::Write() {
   return code_.size() > kMaxInstructions ? REG_ESPACE : 0;
 }
 
-// Writes the code of a leaf, or puts a node with children on the stack.
+// Writes the code of a leaf, or pushes a node with children.
 void Program::Writer::_Enter(std::uint32_t index) {
   Node& node = tree_.nodes[index];
   ++entered_;
@@ -163,7 +169,8 @@ void Program::Writer::_Enter(std::uint32_t index) {
   }
 }
 
-// Goes on with a node: returns whether `frame.child` is to be written next.
+// Continues with a node: sets `frame.child` to the next child and returns true, or returns false
+// after the last one.
 bool Program::Writer::_Resume(Frame& frame) {
   Node& node = tree_.nodes[frame.node];
   if (frame.child != kNone) node.reports |= tree_.nodes[frame.child].reports;
@@ -190,7 +197,7 @@ bool Program::Writer::_NextOfConcatenation(Frame& frame, Node& node) {
   return frame.child != kNone;
 }
 
-// All branches but the last: split to the next one, code, jump to the end.
+// Each branch but the last is a split to the next one, its code, and a jump to the end.
 bool Program::Writer::_NextOfAlternation(Frame& frame, Node& node) {
   if (frame.child == kNone) {
     frame.child = node.child;
@@ -224,43 +231,44 @@ bool Program::Writer::_NextOfGroup(Frame& frame, Node& node) {
   return false;
 }
 
-// The turns that must be, one after the other. Then as many as may be, each with a split to
-// the end before it; or, without limit, one that jumps back to its split, or a split back
-// to the last turn that must be. Groups.cpp counts on this form.
+// The required iterations are written one after the other. Then follow the optional ones, each
+// after a split to the end. Without an upper limit there is instead one iteration that jumps
+// back to its split, or a split back to the last required iteration. Groups.cpp relies on
+// this layout.
 bool Program::Writer::_NextOfRepetition(Frame& frame, Node& node) {
-  if (!_WantsTurn(frame, node)) {
-    _EndTurns(frame, node);
+  if (!_WantsIteration(frame, node)) {
+    _EndIterations(frame, node);
     return false;
   }
-  if (frame.turns >= node.min) {
+  if (frame.iterations >= node.min) {
     _Emit(Operation::kSplit, frame.split);
     frame.split = _Here() - 1;
   }
-  frame.turnStart = _Here();
+  frame.iterationStart = _Here();
   frame.child = node.child;
-  ++frame.turns;
+  ++frame.iterations;
   return true;
 }
 
-bool Program::Writer::_WantsTurn(const Frame& frame, const Node& node) const {
-  // Code that is empty is as good once as many times; else empty groups in nested bounds
-  // would take for ever to write nothing.
-  if (frame.turns > 0 && tree_.nodes[node.child].size == 0) return false;
+bool Program::Writer::_WantsIteration(const Frame& frame, const Node& node) const {
+  // One copy of empty code serves for all: else empty groups in nested bounds would take
+  // forever to write nothing.
+  if (frame.iterations > 0 && tree_.nodes[node.child].size == 0) return false;
   const std::uint32_t most =
       node.max == kUnbounded ? std::max<std::uint32_t>(node.min, 1) : node.max;
-  return frame.turns < most;
+  return frame.iterations < most;
 }
 
-void Program::Writer::_EndTurns(Frame& frame, Node& node) {
+void Program::Writer::_EndIterations(Frame& frame, Node& node) {
   if (node.max == kUnbounded) {
     if (node.min == 0) {
-      _Emit(Operation::kJump, frame.turnStart - 1);
+      _Emit(Operation::kJump, frame.iterationStart - 1);
     } else {
-      _Emit(Operation::kSplit, frame.turnStart);
+      _Emit(Operation::kSplit, frame.iterationStart);
     }
   }
   while (frame.split != kNone) frame.split = std::exchange(code_[frame.split].argument, _Here());
-  const std::uint32_t width = frame.turns == 0 ? 0 : tree_.nodes[node.child].width;
+  const std::uint32_t width = frame.iterations == 0 ? 0 : tree_.nodes[node.child].width;
   if (width == 0) {
     node.width = 0;
   } else if (node.min == node.max && width != kNone) {
@@ -270,7 +278,7 @@ void Program::Writer::_EndTurns(Frame& frame, Node& node) {
   }
 }
 
-int Program::Make(Tree& tree) {
+int Program::Compile(Tree& tree) {
   code_.reserve(std::min(tree.nodes.size() * 2, kMaxInstructions));
   const int status = Writer(tree, code_).Write();
   if (status != 0) return status;
@@ -279,8 +287,7 @@ int Program::Make(Tree& tree) {
   return 0;
 }
 
-// A class is made of the ranges of bytes, between the borders of all sets, that the same
-// sets hold.
+// The edge class gets its number last. Words split classes only if the program looks for them.
 void Program::_MakeClasses() {
   bool asserts = false;
   ByteSet singles;
@@ -296,36 +303,36 @@ void Program::_MakeClasses() {
   for (const ByteSet& set : sets_) borders |= Borders(set);
   if (seesWords_) borders |= Borders(WordBytes());
 
-  Ranges ranges(borders);
-  for (const ByteSet& set : sets_) ranges.Separate(set);
-  if (seesWords_) ranges.Separate(WordBytes());
-  for (const std::size_t byte : Members(singles)) ranges.Separate(ByteSet().set(byte));
+  Partition partition(borders);
+  for (const ByteSet& set : sets_) partition.Refine(set);
+  if (seesWords_) partition.Refine(WordBytes());
+  for (const std::size_t byte : Members(singles)) partition.Refine(ByteSet().set(byte));
 
-  classes_ = ranges.Kinds();
-  for (std::size_t i = 0; i < ranges.Count(); ++i) {
-    const std::size_t first = ranges.First(i);
-    const auto kind = static_cast<std::uint8_t>(ranges.Kind(i));
-    std::memset(classOf_.data() + first, kind, ranges.First(i + 1) - first);
-    sampleOf_[kind] = static_cast<std::uint8_t>(first);
-    neighbourOf_[kind] = seesWords_ && IsWordByte(first) ? Neighbour::kWord : Neighbour::kOther;
+  classes_ = partition.Classes();
+  for (std::size_t i = 0; i < partition.Ranges(); ++i) {
+    const std::size_t first = partition.First(i);
+    const auto byteClass = static_cast<std::uint8_t>(partition.ClassOf(i));
+    std::memset(classOf_.data() + first, byteClass, partition.First(i + 1) - first);
+    representative_[byteClass] = static_cast<std::uint8_t>(first);
+    kindOf_[byteClass] = seesWords_ && IsWordByte(first) ? ByteKind::kWord : ByteKind::kOther;
   }
-  neighbourOf_[classes_] = asserts ? Neighbour::kEdge : Neighbour::kOther;
+  kindOf_[classes_] = asserts ? ByteKind::kEdge : ByteKind::kOther;
 }
 
-bool Program::Holds(std::uint32_t which, Neighbour left, Neighbour right) {
+bool Program::Holds(std::uint32_t which, ByteKind left, ByteKind right) {
   switch (static_cast<Assertion>(which)) {
     case Assertion::kTextStart:
-      return left == Neighbour::kEdge;
+      return left == ByteKind::kEdge;
     case Assertion::kTextEnd:
-      return right == Neighbour::kEdge;
+      return right == ByteKind::kEdge;
     case Assertion::kWordStart:
-      return left != Neighbour::kWord && right == Neighbour::kWord;
+      return left != ByteKind::kWord && right == ByteKind::kWord;
     default:
-      return left == Neighbour::kWord && right != Neighbour::kWord;
+      return left == ByteKind::kWord && right != ByteKind::kWord;
   }
 }
 
-std::span<const Place> Program::Jumps(Place place) {
+std::span<const Place> Program::JumpsTo(Place place) {
   if (jumpsStart_.empty()) _MakeJumps();
   return {jumps_.data() + jumpsStart_[place], jumpsStart_[place + 1] - jumpsStart_[place]};
 }
@@ -334,7 +341,8 @@ void Program::_MakeJumps() {
   const auto jumps = [](const Instruction& each) {
     return each.operation == Operation::kSplit || each.operation == Operation::kJump;
   };
-  // While it is filled, the entry behind that of a place tells where its next jump goes.
+  // A counting sort. While jumps_ is filled, starts[place + 1] is where the next jump to `place`
+  // is to be stored; afterwards it is the end of the jumps to `place`.
   std::vector<std::uint32_t> starts(code_.size() + 3, 0);
   for (const Instruction& each : code_) {
     if (jumps(each)) ++starts[each.argument + 2];

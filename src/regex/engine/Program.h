@@ -1,8 +1,13 @@
-// The program of a pattern: a nondeterministic automaton as a row of instructions.
+// The program of a pattern: its NFA as a sequence of instructions, by Thompson's construction,
+// and the classes of bytes that it tells apart.
 //
-// A place is a position in the row; the place behind the last instruction is the end. The
-// code of each node of the tree is one run of instructions, entered at its first place and
-// left at the place behind its last one, so any node can be run for itself.
+// A place, the index of an instruction, is a state of the NFA; the place after the last
+// instruction is the accepting one. The code of each node of the tree is one contiguous
+// fragment, entered at its first place and left at the place after its last one, so any node
+// can be run on its own.
+//
+//   a*       0 split 3; 1 byte a; 2 jump 0
+//   (ab|c)   0 split 4; 1 byte a; 2 byte b; 3 jump 5; 4 byte c
 
 #ifndef MAILHEARTH_REGEX_ENGINE_PROGRAM_H
 #define MAILHEARTH_REGEX_ENGINE_PROGRAM_H
@@ -23,10 +28,10 @@ namespace engine {
 using Place = std::uint32_t;
 
 enum class Operation : std::uint8_t {
-  kByte,    // matches the byte `argument` and goes on
-  kSet,     // matches a byte of the set with that index and goes on
-  kAssert,  // goes on where that Assertion holds
-  kSplit,   // goes on, and goes to the place `argument` as well
+  kByte,    // consumes the byte `argument`
+  kSet,     // consumes a byte of the set with index `argument`
+  kAssert,  // goes on if the Assertion `argument` holds
+  kSplit,   // goes on, and to the place `argument` too
   kJump,    // goes to the place `argument`
 };
 
@@ -35,32 +40,32 @@ struct Instruction {
   std::uint32_t argument;
 };
 
-// A run of instructions: the code of a node.
-struct Run {
+// The code of a node.
+struct Fragment {
   Place start = 0;
-  Place end = 0;  // behind the last instruction
+  Place end = 0;  // after the last instruction
 
-  bool operator==(const Run&) const = default;
+  bool operator==(const Fragment&) const = default;
 };
 
-// What stands on one side of a place in the text, as far as assertions can see.
-enum class Neighbour : std::uint8_t { kEdge, kOther, kWord };
+// What assertions see of the byte on one side of a boundary. kEdge is the start or end of the
+// text; kWord is told from kOther only if the program has word boundaries.
+enum class ByteKind : std::uint8_t { kEdge, kOther, kWord };
 
 class Program {
  public:
-  // A program has at most so many instructions: a search may take a step for each of them
-  // at each byte.
+  // The maximal number of instructions. A search may take a step for each of them at each byte.
   static constexpr std::size_t kMaxInstructions = std::size_t{1} << 15;
 
-  // Makes the program of `tree`, whose nodes learn their size and width.
-  // Returns 0, or REG_ESPACE for a program that would be too long.
-  int Make(Tree& tree);
+  // Compiles `tree` and sets the size and width of its nodes.
+  // Returns 0, or REG_ESPACE if the program would be too long.
+  int Compile(Tree& tree);
 
   [[nodiscard]] Place End() const { return static_cast<Place>(code_.size()); }
   [[nodiscard]] const Instruction& operator[](Place place) const { return code_[place]; }
 
-  // Bytes between which no instruction makes a difference are one class; the classes count
-  // from 0, and the one behind the last stands for the edge of the text.
+  // The byte classes: bytes that no instruction tells apart share a class. Classes count from 0;
+  // one more stands for the edge of the text.
   [[nodiscard]] const std::array<std::uint8_t, 256>& Classes() const { return classOf_; }
   [[nodiscard]] std::uint32_t EdgeClass() const { return classes_; }
 
@@ -68,38 +73,37 @@ class Program {
     return classOf_[static_cast<unsigned char>(byte)];
   }
 
-  // The class of the byte before or behind a boundary in `text`.
+  // The class of the byte before or after the boundary at an offset of `text`.
   [[nodiscard]] std::uint32_t ClassBefore(std::string_view text, std::size_t at) const {
     return at == 0 ? EdgeClass() : ClassOf(text[at - 1]);
   }
-  [[nodiscard]] std::uint32_t ClassBehind(std::string_view text, std::size_t at) const {
+  [[nodiscard]] std::uint32_t ClassAfter(std::string_view text, std::size_t at) const {
     return at == text.size() ? EdgeClass() : ClassOf(text[at]);
   }
 
-  // What assertions see of a byte of a class, or of the edge.
-  [[nodiscard]] Neighbour NeighbourOf(std::uint32_t byteClass) const {
-    return neighbourOf_[byteClass];
-  }
+  [[nodiscard]] ByteKind KindOf(std::uint32_t byteClass) const { return kindOf_[byteClass]; }
 
-  // Whether there is an assertion of the text's end.
+  // Whether the program has a "$".
   [[nodiscard]] bool SeesEnd() const { return seesEnd_; }
 
-  // Whether there are word boundaries.
+  // Whether the program has word boundaries.
   [[nodiscard]] bool SeesWords() const { return seesWords_; }
 
-  // Whether the instruction at `place` matches the bytes of a class, not the edge's.
+  // Whether the instruction at `place` consumes bytes of a class. Needs: an instruction that
+  // consumes bytes, and not the edge class.
   [[nodiscard]] bool Matches(Place place, std::uint32_t byteClass) const {
     const Instruction& instruction = code_[place];
-    const unsigned char byte = sampleOf_[byteClass];
+    const unsigned char byte = representative_[byteClass];
     return instruction.operation == Operation::kByte ? instruction.argument == byte
                                                      : sets_[instruction.argument][byte];
   }
 
-  // Whether the assertion `which` holds between two neighbours.
-  [[nodiscard]] static bool Holds(std::uint32_t which, Neighbour left, Neighbour right);
+  // Whether the assertion `which` holds between bytes of these kinds.
+  [[nodiscard]] static bool Holds(std::uint32_t which, ByteKind left, ByteKind right);
 
-  // The places of the splits and jumps that go to `place`. Makes a table at its first call.
-  [[nodiscard]] std::span<const Place> Jumps(Place place);
+  // Returns the places of the splits and jumps that go to `place`, for following the program in
+  // reverse. The first call builds a table of them all.
+  [[nodiscard]] std::span<const Place> JumpsTo(Place place);
 
  private:
   class Writer;
@@ -111,14 +115,15 @@ class Program {
   std::vector<ByteSet> sets_;
 
   std::array<std::uint8_t, 256> classOf_{};
-  std::array<std::uint8_t, 256> sampleOf_{};  // a byte of each class
-  std::array<Neighbour, 257> neighbourOf_{};
+  std::array<std::uint8_t, 256> representative_{};  // one byte of each class
+  std::array<ByteKind, 257> kindOf_{};
   std::uint32_t classes_ = 0;
   bool seesWords_ = false;
   bool seesEnd_ = false;
 
-  std::vector<Place> jumps_;               // grouped by where they go
-  std::vector<std::uint32_t> jumpsStart_;  // of each place in jumps_; empty until needed
+  std::vector<Place> jumps_;  // sorted by where they go
+  std::vector<std::uint32_t>
+      jumpsStart_;  // by place: its first entry in jumps_; empty until needed
 };
 
 }  // namespace engine

@@ -1,3 +1,6 @@
+// Eight steps at a time, then one look whether they have led out. If they have, the state before
+// them counts: the caller finds the exact byte.
+
 #include "ShiftSearch.h"
 
 inline namespace mailhearth {

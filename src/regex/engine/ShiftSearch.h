@@ -1,5 +1,4 @@
-// Steps through the few states in which a search spends most of its time, faster than a table
-// of rows can be followed.
+// A shift-based DFA: a search through up to nine states with one shift and one load a byte.
 
 #ifndef MAILHEARTH_REGEX_ENGINE_SHIFTSEARCH_H
 #define MAILHEARTH_REGEX_ENGINE_SHIFTSEARCH_H
@@ -13,31 +12,32 @@ inline namespace mailhearth {
 
 namespace engine {
 
-// An automaton of up to kStates states, of which those that are not set lead out of it. All
-// steps of a byte are in one word: the bits at each state are the state that the byte leads
-// to, as the number of bits by which the word of the next byte is shifted. So a step takes
-// as long as a shift, and words are loaded ahead of it.
+// A DFA of up to kStates states. Each byte has one 64-bit word with its transitions from all
+// states: in the six bits of a state is the next one, given as the offset of its own bits. So a
+// step shifts the word of the byte by the result of the last step. The words do not depend on
+// the state and can be loaded ahead; a table of rows would wait for each step. A transition that
+// is not set leads out of the DFA.
 class ShiftSearch {
  public:
   static constexpr unsigned kStates = 9;
 
   ShiftSearch() { words_.fill(kAllOut); }
 
-  // Sets the step from a state with a byte. Needs: states below kStates, each step once.
+  // Sets a transition. Needs: states below kStates, each transition set once.
   void SetStep(unsigned from, unsigned char byte, unsigned to) {
     const std::uint64_t leaveOut = (std::uint64_t{kOut} ^ Shift(to)) << Shift(from);
     words_[byte] ^= leaveOut;
   }
 
-  // Takes bytes of `text` from `at` on as long as steps are set, or a few less. Returns the
-  // boundary where that ends, and sets `state` to the state there.
+  // Steps from `state` through `text`, from offset `at` on, until a byte leads out. Returns that
+  // byte's offset or one up to seven bytes before it, and sets `state` to the state there.
   std::size_t Skip(std::string_view text, std::size_t at, unsigned& state) const;
 
  private:
   static constexpr unsigned kBits = 6;
   static constexpr unsigned Shift(unsigned state) { return state * kBits; }
 
-  // The state outside, which no step leaves.
+  // The state of having left; all its transitions lead to itself.
   static constexpr unsigned kOut = kStates * kBits;
   static constexpr std::uint64_t kAllOut = [] {
     std::uint64_t word = 0;

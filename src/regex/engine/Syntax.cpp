@@ -1,6 +1,6 @@
-// A pattern is read from left to right with a stack of the groups that are open. Each of
-// them, and the pattern itself, keeps the branches that are complete and the pieces of the
-// branch that is being read; a repetition is put in the place of the piece before it.
+// A parser with an explicit stack of the open groups, so that nesting costs no call stack. Each
+// group, and the pattern itself, collects its complete branches and the pieces of the current
+// branch; a repetition replaces the piece before it.
 
 #include "Syntax.h"
 
@@ -52,7 +52,7 @@ constexpr NamedClass kClasses[] = {
      }},
 };
 
-// Sets further back are not looked at for an equal one.
+// A new set is compared with the last so many, to share an equal one.
 constexpr std::size_t kSetsCompared = 32;
 
 class Parser {
@@ -63,13 +63,13 @@ class Parser {
   int Parse();
 
  private:
-  // Children of a node that is not there yet.
+  // The children of a node to be created.
   struct List {
     std::uint32_t first = kNone;
     std::uint32_t last = kNone;
   };
 
-  // What is open: the pattern itself, or a group.
+  // An open group, or the pattern itself.
   struct Open {
     std::uint32_t group = 0;
     List branches;
@@ -212,7 +212,7 @@ void Parser::_AddSet(const ByteSet& set) {
   _AddPiece(NodeKind::kSet, static_cast<std::uint32_t>(found - sets.begin()));
 }
 
-// Returns the node for a list: what is alone in it, else a node of that kind above it.
+// Returns the node for a list: its only node, else a new parent of that kind.
 std::uint32_t Parser::_Gather(const List& list, NodeKind kind) {
   if (list.first == kNone) return _New(NodeKind::kEmpty, 0);
   if (list.first == list.last) return list.first;
@@ -286,13 +286,13 @@ bool Parser::_ParseNumber(int& number) {
   return true;
 }
 
-// Puts a repetition in the place of the last piece.
+// Replaces the last piece by a repetition of it.
 void Parser::_Repeat(int min, int max) {
   if (min == 1 && max == 1) return;
   const std::uint32_t piece = open_.back().pieces.last;
   Node& node = tree_.nodes[piece];
-  // Of "*", "+" and "?" on each other one remains, with the same groups; a long row of
-  // them would make a program that does nothing else than walk through them.
+  // "*", "+" and "?" on each other fold into one, with the same groups. A long row of them would
+  // compile to a program that only walks through splits.
   const auto isSimple = [](int least, int most) {
     return least <= 1 && (most == 1 || most == kUnbounded);
   };
@@ -356,8 +356,8 @@ bool Parser::_ParseMember(ByteSet& set) {
 }
 
 // element = byte | "[." byte ".]" | "[=" byte "=]" | "[:" name ":]"
-// Sets `c`; `single` tells whether it can be the end of a range. The members of what can
-// not go into `set`.
+// Sets `c` if the element is one byte, which can be the end of a range; `single` tells. Adds the
+// members of any other element to `set`.
 bool Parser::_ParseElement(unsigned char& c, ByteSet& set, bool& single) {
   std::string_view name;
   single = true;
@@ -382,10 +382,10 @@ bool Parser::_ParseElement(unsigned char& c, ByteSet& set, bool& single) {
   return true;
 }
 
-// Takes a name and the end of its brackets, as in "alpha:]".
+// Parses a name with its closing bracket, as in "alpha:]".
 bool Parser::_ParseNamed(std::string_view& name, char kind) {
   const char end[] = {kind, ']'};
-  // The name has at least one byte, so that "[.].]" and "[===]" are what they seem.
+  // The name has at least one byte, so that "[.].]" and "[===]" name "]" and "=".
   const std::size_t length = pattern_.find(std::string_view(end, 2), at_ + (kind == ':' ? 0 : 1));
   if (length == pattern_.npos) return _Fail(REG_EBRACK);
   name = pattern_.substr(at_, length - at_);

@@ -29,11 +29,11 @@ TEST(FewBytes, HoldsFourAndThenNone) {
   EXPECT_EQ(none.begin(), none.end());
   const FewBytes four = SetOf("abcabcdd");
   EXPECT_EQ(four.Count(), 4U);
-  EXPECT_FALSE(four.Overflown());
+  EXPECT_FALSE(four.Overflowed());
   EXPECT_EQ(std::string(four.begin(), four.end()), "abcd");
   EXPECT_TRUE(four.Has('d') != 0 && four.Has('e') == 0);
   const FewBytes five = SetOf("abcde");
-  EXPECT_TRUE(five.Overflown());
+  EXPECT_TRUE(five.Overflowed());
   EXPECT_EQ(five.begin(), five.end());
   const FewBytes one = SetOf(std::string_view("\0", 1));
   EXPECT_TRUE(one.Count() == 1 && one.Has('\0') != 0 && one.Has('a') == 0);
