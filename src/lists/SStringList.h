@@ -259,6 +259,8 @@ class MAILHEARTH_EXPORT SStringList {
   // Removes each element that equals the one before it.
   void Unique();
 
+  // Lists are below expressions, so Grep lives with them: src/regex/SStringListGrep.cpp.
+
   // Returns the elements that match; with `keep` 0, those that do not. Undefined when this
   // list is or nothing is compiled.
   [[nodiscard]] SStringList Grep(const SRegex& re, int keep = 1) const;

@@ -263,6 +263,9 @@ class MAILHEARTH_EXPORT SString {
   //   for (const SString& word : line.Split(",\\s*")) ...
   //   path.S("/+", "/", "g");
 
+  // Strings are below expressions and lists, so the members that need these live with them: in
+  // src/regex HasMatch and M (SStringMatch.cpp), S (SStringSubst.cpp), Split (SStringSplit.cpp).
+
   // Returns whether the pattern matches anywhere.
   bool HasMatch(const SRegex& re) const;
   [[nodiscard]] bool HasMatch(const SString& pattern, const char* options = nullptr) const;

@@ -1,4 +1,4 @@
-// SString::Split.
+// SString::Split at a pattern.
 
 #include <algorithm>
 #include <string_view>
