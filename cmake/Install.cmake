@@ -8,7 +8,8 @@ install(DIRECTORY "${PROJECT_SOURCE_DIR}/src/"
   PATTERN "command" EXCLUDE
   PATTERN "engine" EXCLUDE
   PATTERN "Blocks.h" EXCLUDE
-  PATTERN "Bytes.h" EXCLUDE
+  PATTERN "ByteWords.h" EXCLUDE
+  PATTERN "Characters.h" EXCLUDE
   PATTERN "Descriptor.h" EXCLUDE
   PATTERN "ErrnoKeeper.h" EXCLUDE
   PATTERN "LoopbackSocket.h" EXCLUDE

@@ -9,16 +9,13 @@
 #include <string_view>
 #include <vector>
 
+#include "../strings/Characters.h"
 #include "Domains.h"
 #include "S821Address.h"
 
 inline namespace mailhearth {
 
 namespace {
-
-constexpr std::string_view kBlanks = " \f\n\r\t\v";
-
-bool IsBlank(char c) { return kBlanks.find(c) != kBlanks.npos; }
 
 // Reads a text as an address. Returns whether it is one, which is then in `repaired`.
 bool Check(const std::string& text, SString& repaired) {
@@ -39,10 +36,11 @@ std::string_view InBrackets(std::string_view text) {
 
 // Without "^[\\s<]+" and "[\\s>]+$".
 std::string_view Trimmed(std::string_view text) {
-  constexpr std::string_view kBefore = " \f\n\r\t\v<";
-  constexpr std::string_view kBehind = " \f\n\r\t\v>";
-  text.remove_prefix(std::min(text.find_first_not_of(kBefore), text.size()));
-  return text.substr(0, text.find_last_not_of(kBehind) + 1);
+  while (!text.empty() && (text.front() == '<' || IsWhiteSpace(text.front()))) {
+    text.remove_prefix(1);
+  }
+  while (!text.empty() && (text.back() == '>' || IsWhiteSpace(text.back()))) text.remove_suffix(1);
+  return text;
 }
 
 // The parts between "\\s*(@\\s*)+"; of more than two, the first three. A separator at the end
@@ -53,23 +51,26 @@ std::vector<std::string_view> SplitAtSigns(std::string_view text) {
   for (std::size_t at = 0; at < text.size() && parts.size() < kMost;) {
     const std::size_t sign = std::min(text.find('@', at), text.size());
     std::size_t end = sign;
-    while (sign < text.size() && end > at && IsBlank(text[end - 1])) --end;
+    while (sign < text.size() && end > at && IsWhiteSpace(text[end - 1])) --end;
     parts.push_back(text.substr(at, end - at));
     at = sign;
-    while (at < text.size() && (text[at] == '@' || IsBlank(text[at]))) ++at;
+    while (at < text.size() && (text[at] == '@' || IsWhiteSpace(text[at]))) ++at;
   }
   return parts;
 }
 
 // A domain with single dots for "[\\s.,]+", and none around it.
 std::string Dotted(std::string_view domain) {
-  constexpr std::string_view kSeparators = " \f\n\r\t\v.,";
   std::string dotted;
-  for (std::size_t at = 0; (at = domain.find_first_not_of(kSeparators, at)) != domain.npos;) {
-    const std::size_t end = std::min(domain.find_first_of(kSeparators, at), domain.size());
-    if (!dotted.empty()) dotted += '.';
-    dotted += domain.substr(at, end - at);
-    at = end;
+  bool separated = false;
+  for (const char c : domain) {
+    if (c == '.' || c == ',' || IsWhiteSpace(c)) {
+      separated = !dotted.empty();
+      continue;
+    }
+    if (separated) dotted += '.';
+    separated = false;
+    dotted += c;
   }
   return dotted;
 }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string_view>
 
+#include "../strings/Characters.h"
 #include "S821Parser.h"
 
 inline namespace mailhearth {
@@ -11,8 +12,6 @@ namespace {
 
 constexpr int kNumbers = 4;
 constexpr int kHighest = 255;
-
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 
 // Takes a number and the dot behind it, if any, off `text`. Returns whether there is one in
 // the range.

@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "../strings/Characters.h"
 #include "Domains.h"
 #include "ScanRules.h"
 #include "TokenWords.h"
@@ -119,8 +120,9 @@ SString Unescaped(std::string_view text) {
 
 bool NeedsQuotes(std::string_view text) {
   constexpr std::string_view kSpecials = "] <>()@%,;:\\\"[";
-  return std::any_of(text.begin(), text.end(),
-                     [&](char c) { return IsControl(c) || kSpecials.find(c) != kSpecials.npos; });
+  return std::any_of(text.begin(), text.end(), [&](char c) {
+    return IsC0OrC1Control(c) || kSpecials.find(c) != kSpecials.npos;
+  });
 }
 
 SString Quoted(std::string_view text) {
@@ -135,16 +137,11 @@ SString Quoted(std::string_view text) {
 
 // --- Labels and tokens ---------------------------------------------------------------------
 
-bool IsLabelStart(char c) {
-  return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '#' ||
-         c == '~' || c == '?';
-}
+bool IsLabelStart(char c) { return IsDigit(c) || IsLetter(c) || c == '#' || c == '~' || c == '?'; }
 
 bool IsLabelByte(char c) { return IsLabelStart(c) || c == '-' || c == '_'; }
 
-bool IsNumber(std::string_view label) {
-  return std::all_of(label.begin(), label.end(), [](char c) { return c >= '0' && c <= '9'; });
-}
+bool IsNumber(std::string_view label) { return std::all_of(label.begin(), label.end(), IsDigit); }
 
 }  // namespace
 
@@ -314,7 +311,7 @@ void S821Parser::_NoteOutcome(const S821Address& address) {
 
 SStringList S821Parser::Extensions() const {
   const std::string_view rest = input_.View().substr(static_cast<std::size_t>(position_));
-  if (std::any_of(rest.begin(), rest.end(), IsControl)) return {};
+  if (std::any_of(rest.begin(), rest.end(), IsC0OrC1Control)) return {};
   SStringList words;
   words.Reset();
   for (std::size_t at = 0; (at = rest.find_first_not_of(' ', at)) != rest.npos;) {

@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 
+#include "../strings/Characters.h"
 #include "Domains.h"
 #include "ScanRules.h"
 
@@ -152,7 +153,7 @@ SToken SParser::Walk::_EndOfInput() {
 
 std::size_t SParser::Walk::_BlanksAhead() const {
   const std::size_t first = at_ + kLineEnd;
-  return std::min(input_.find_first_not_of(" \t", first), input_.size()) - first;
+  return std::min(input_.find_first_not_of(kBlanks, first), input_.size()) - first;
 }
 
 bool SParser::Walk::_GoesOn() const {

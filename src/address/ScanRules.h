@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <string_view>
 
+#include "../strings/Characters.h"
 #include "SToken.h"
 
 inline namespace mailhearth {
@@ -37,10 +38,6 @@ enum class ScanStep : std::uint8_t {
 };
 
 constexpr bool EndsAtom(ScanStep step) { return step <= ScanStep::kOpenLiteral; }
-
-// Whether a byte is no character: control characters are, also with the highest bit set,
-// and DEL.
-constexpr bool IsControl(char c) { return (c & 0x7F) < 0x20 || c == 0x7F; }
 
 struct ScanRules {
   static constexpr std::size_t kBytes = 256;
@@ -73,7 +70,7 @@ struct ScanRules {
     Fill(0, ScanStep::kAppend);
     for (std::size_t byte = 0; byte < kBytes; ++byte) {
       const char c = static_cast<char>(byte);
-      if (IsControl(c)) SetSingle({&c, 1}, control);
+      if (IsC0OrC1Control(c)) SetSingle({&c, 1}, control);
     }
     Set(0, " ", ScanStep::kBlank);
     Set(0, "\"", ScanStep::kOpenQuoted);

@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <functional>
 
+#include "../strings/Characters.h"
+
 inline namespace mailhearth {
 
 namespace {
@@ -14,7 +16,9 @@ constexpr int kBehindBlank = kWord | TokLess | TokComment;
 constexpr std::array<std::uint16_t, 256> kTypes = [] {
   std::array<std::uint16_t, 256> types{};
   const auto set = [&](std::size_t c, int type) { types[c] = static_cast<std::uint16_t>(type); };
-  for (std::size_t c = 0; c < types.size(); ++c) set(c, c < ' ' || c == 0x7F ? TokBad : TokAtom);
+  for (std::size_t c = 0; c < types.size(); ++c) {
+    set(c, IsC0Control(static_cast<char>(c)) ? TokBad : TokAtom);
+  }
   set('"', TokQuoted);
   set('(', TokComment);
   set('[', TokLiteral);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <ostream>
 
+#include "../strings/Characters.h"
 #include "../strings/StandardError.h"
 
 inline namespace mailhearth {
@@ -13,7 +14,7 @@ namespace {
 constexpr std::string_view kLetters = "ntrfv0";
 constexpr std::string_view kMeanings("\n\t\r\f\v\0", 6);
 
-bool IsGroup(char c) { return c >= '1' && c <= '9'; }
+bool IsGroup(char c) { return IsDigit(c) && c != '0'; }
 
 }  // namespace
 

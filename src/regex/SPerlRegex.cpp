@@ -6,6 +6,7 @@
 #include <string_view>
 #include <utility>
 
+#include "../strings/Characters.h"
 #include "../strings/StandardError.h"
 #include "engine/Expression.h"
 
@@ -38,6 +39,8 @@ enum Code {
 };
 
 constexpr int kMaxGroups = 10;
+
+static_assert(RX_SPACE == kWhiteSpace);
 
 // Returns what an escape stands for inside or outside of brackets; null if it is nothing but
 // the character itself.

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "../lists/SStringList.h"
+#include "../strings/Characters.h"
 #include "../strings/StandardError.h"
 #include "../system/FileStatus.h"
 #include "Options.h"
@@ -21,8 +22,6 @@ inline namespace mailhearth {
 namespace {
 
 enum Code { kNoTest = 1, kUnknownTest = 2, kIncomplete = 3 };
-
-bool IsLetter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
 
 struct GrepTest {
   enum Kind { kNone, kMatch, kSubstitution, kFile };

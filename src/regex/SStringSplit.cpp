@@ -4,6 +4,7 @@
 #include <string_view>
 
 #include "../lists/SStringList.h"
+#include "../strings/Characters.h"
 #include "../strings/SString.h"
 #include "PatternStore.h"
 #include "SRegex.h"
@@ -62,14 +63,14 @@ SStringList SplitAtByte(std::string_view text, int limit, char c) {
   });
 }
 
-constexpr bool IsBlank(char c) { return c == ' ' || c == '\t' || c == '\r' || c == '\n'; }
+bool IsBlankOrLineEnd(char c) { return IsBlank(c) || c == '\r' || c == '\n'; }
 
 // Splits at runs of white space.
 SStringList SplitAtBlanks(std::string_view text, int limit) {
   return Fields(text, limit, [&](int start, regmatch_t& match) {
-    const auto* const found = std::find_if(text.begin() + start, text.end(), IsBlank);
+    const auto* const found = std::find_if(text.begin() + start, text.end(), IsBlankOrLineEnd);
     if (found == text.end()) return false;
-    const auto* const end = std::find_if_not(found, text.end(), IsBlank);
+    const auto* const end = std::find_if_not(found, text.end(), IsBlankOrLineEnd);
     match.rm_so = static_cast<regoff_t>(found - text.begin());
     match.rm_eo = static_cast<regoff_t>(end - text.begin());
     return true;

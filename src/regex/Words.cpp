@@ -1,13 +1,14 @@
 // SString::SplitExact and SString::BreakToWords.
 
 #include "../lists/SStringList.h"
+#include "../strings/Characters.h"
 #include "../strings/SString.h"
 
 inline namespace mailhearth {
 
 namespace {
 
-bool IsSeparator(char c) { return c == ' ' || c == '\t' || c == '\n'; }
+bool IsSeparator(char c) { return IsBlank(c) || c == '\n'; }
 
 // Returns the first position from `i` on whose byte is, or is not, a separator; at most
 // `last`.

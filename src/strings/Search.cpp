@@ -18,7 +18,7 @@
 #include <vector>
 
 #include "Blocks.h"
-#include "Bytes.h"
+#include "ByteWords.h"
 
 inline namespace mailhearth {
 

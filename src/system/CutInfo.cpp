@@ -5,6 +5,7 @@
 #include <new>
 #include <string_view>
 
+#include "../strings/Characters.h"
 #include "../strings/SLineBreaker.h"
 #include "Environment.h"
 #include "FileOperations.h"
@@ -29,7 +30,6 @@ const SString& CutText() {
 
 SString GetCutInfo(const SString& key) {
   // Not by Split: a pattern that finds no memory to compile would be an entry not found.
-  constexpr std::string_view kWhiteSpace = " \f\n\r\t\v";
   SLineBreaker lines(CutText(), 1);
   for (SString line; lines.ReadLine(line);) {
     const std::string_view entry = line.View();

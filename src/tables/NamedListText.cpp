@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <string_view>
 
+#include "../strings/Characters.h"
 #include "SNamedStringList.h"
 
 inline namespace mailhearth {
@@ -25,7 +26,7 @@ class Lines {
   std::string_view TakeFolded() {
     const std::size_t start = at_;
     std::size_t end = _TakeLine();
-    while (!AtEnd() && (text_[at_] == ' ' || text_[at_] == '\t')) end = _TakeLine();
+    while (!AtEnd() && IsBlank(text_[at_])) end = _TakeLine();
     return text_.substr(start, end - start);
   }
 

@@ -9,7 +9,7 @@
 #include <limits>
 
 #include "../strings/Blocks.h"
-#include "../strings/Bytes.h"
+#include "../strings/ByteWords.h"
 #include "../strings/Sizes.h"
 
 inline namespace mailhearth {

@@ -1,30 +1,17 @@
-// Upper and lower case of bytes as in the C locale, whatever the locale is: only the
-// letters A to Z have a case. And bytes eight at a time, as a number.
+// Not installed. Bytes eight at a time, as a number, to compare and hash them without regard to
+// the case of the letters A to Z.
 
-#ifndef MAILHEARTH_STRINGS_BYTES_H
-#define MAILHEARTH_STRINGS_BYTES_H
+#ifndef MAILHEARTH_STRINGS_BYTEWORDS_H
+#define MAILHEARTH_STRINGS_BYTEWORDS_H
 
 #include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
 
+#include "Characters.h"
+
 inline namespace mailhearth {
-
-// Without a branch and without a table, so that loops over them become vectors.
-constexpr char LowerByte(char c) {
-  const bool upper = c >= 'A' && c <= 'Z';
-  return static_cast<char>(c | (upper ? 0x20 : 0));
-}
-
-constexpr char UpperByte(char c) {
-  const bool lower = c >= 'a' && c <= 'z';
-  return static_cast<char>(c & (lower ? ~0x20 : ~0));
-}
-
-static_assert(LowerByte('A') == 'a' && LowerByte('Z') == 'z' && UpperByte('z') == 'Z');
-static_assert(LowerByte('@') == '@' && LowerByte('[') == '[' && LowerByte('\xC4') == '\xC4');
-static_assert(UpperByte('`') == '`' && UpperByte('{') == '{' && UpperByte('\xE4') == '\xE4');
 
 inline constexpr std::size_t kWord = sizeof(std::uint64_t);
 
@@ -56,4 +43,4 @@ inline std::uint64_t WordAt(const char* bytes) {
 
 }  // namespace mailhearth
 
-#endif  // MAILHEARTH_STRINGS_BYTES_H
+#endif  // MAILHEARTH_STRINGS_BYTEWORDS_H
