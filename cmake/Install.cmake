@@ -12,6 +12,7 @@ install(DIRECTORY "${PROJECT_SOURCE_DIR}/src/"
   PATTERN "Characters.h" EXCLUDE
   PATTERN "Descriptor.h" EXCLUDE
   PATTERN "ErrnoKeeper.h" EXCLUDE
+  PATTERN "Fields.h" EXCLUDE
   PATTERN "LoopbackSocket.h" EXCLUDE
   PATTERN "Options.h" EXCLUDE
   PATTERN "PathText.h" EXCLUDE

@@ -263,8 +263,10 @@ class MAILHEARTH_EXPORT SString {
   //   for (const SString& word : line.Split(",\\s*")) ...
   //   path.S("/+", "/", "g");
 
-  // Strings are below expressions and lists, so the members that need these live with them: in
-  // src/regex HasMatch and M (SStringMatch.cpp), S (SStringSubst.cpp), Split (SStringSplit.cpp).
+  // Strings are below lists and expressions, so the members that need these live with them: in
+  // src/regex HasMatch and M (SStringMatch.cpp), S (SStringSubst.cpp) and Split at a pattern
+  // (SStringSplit.cpp); in src/lists Split at a byte, SplitExact and BreakToWords
+  // (SStringPieces.cpp).
 
   // Returns whether the pattern matches anywhere.
   bool HasMatch(const SRegex& re) const;
