@@ -7,6 +7,7 @@
 
 #include "address/AddressRepair.h"    // addresses as people write them
 #include "address/Domains.h"          // what stands behind the at-sign
+#include "address/Literals.h"         // the domain in brackets
 #include "address/S821Address.h"      // addresses of envelopes
 #include "address/S821Parser.h"       // and how they are read
 #include "address/S822Address.h"      // addresses of headers

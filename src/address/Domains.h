@@ -18,10 +18,6 @@ inline namespace mailhearth {
 //   IsValidDomain("[10.0.0.1]")      true         IsValidDomain("-a.example")    false
 [[nodiscard]] MAILHEARTH_EXPORT bool IsValidDomain(const SString& text);
 
-// Returns whether a text is an IPv4 address in brackets: four decimal numbers up to 255, with
-// or without leading zeros, and dots between them.
-[[nodiscard]] MAILHEARTH_EXPORT bool IsValidLiteral(const SString& text);
-
 }  // namespace mailhearth
 
 #endif  // MAILHEARTH_ADDRESS_DOMAINS_H

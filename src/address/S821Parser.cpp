@@ -8,7 +8,6 @@
 #include <vector>
 
 #include "../strings/Characters.h"
-#include "Domains.h"
 #include "ScanRules.h"
 #include "TokenWords.h"
 
@@ -248,7 +247,7 @@ void S821Parser::_ReadDomain(S821Address& address) {
 }
 
 bool S821Parser::_CheckDomain(const SString& domain, int start) {
-  if (mailhearth::IsValidDomain(domain)) return true;
+  if (S821Parser(domain, 1).IsValidDomain()) return true;
   fault_ = {AddressFlaw::kInvalidDomain, start};
   return false;
 }

@@ -8,7 +8,7 @@
 #include <string_view>
 
 #include "../strings/Characters.h"
-#include "Domains.h"
+#include "Literals.h"
 #include "ScanRules.h"
 
 inline namespace mailhearth {

@@ -9,6 +9,7 @@
 
 #include "address/AddressRepair.h"
 #include "address/Domains.h"
+#include "address/Literals.h"
 #include "address/S821Parser.h"
 #include "address/S822Parser.h"
 #include "strings/SFixedString.h"
