@@ -10,6 +10,7 @@ install(DIRECTORY "${PROJECT_SOURCE_DIR}/src/"
   PATTERN "Blocks.h" EXCLUDE
   PATTERN "ByteWords.h" EXCLUDE
   PATTERN "Characters.h" EXCLUDE
+  PATTERN "Covered.h" EXCLUDE
   PATTERN "Descriptor.h" EXCLUDE
   PATTERN "ErrnoKeeper.h" EXCLUDE
   PATTERN "Fields.h" EXCLUDE

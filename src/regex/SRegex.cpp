@@ -7,8 +7,8 @@
 #include <utility>
 
 #include "../strings/StandardError.h"
+#include "Covered.h"
 #include "Options.h"
-#include "Searches.h"
 #include "engine/Expression.h"
 
 inline namespace mailhearth {
@@ -164,7 +164,7 @@ SStringList SRegex::_List(std::string_view text, const Positions& positions) con
   SStringList list;
   for (int k = 0; k <= compiled_->GroupCount(); ++k) {
     const regmatch_t match = k < kRecorded ? positions[static_cast<std::size_t>(k)] : kNone;
-    list.Push(SString(Searches::Covered(text, match)));
+    list.Push(SString(Covered(text, match)));
   }
   return list;
 }

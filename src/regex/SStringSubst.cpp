@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "../strings/Sizes.h"
+#include "Covered.h"
 #include "Options.h"
 #include "PatternStore.h"
 #include "Replacement.h"
@@ -23,12 +24,12 @@ void AppendReplacement(SString& out, const Replacement& replacement, const Searc
                        const regmatch_t& match) {
   const std::string_view text = searches.Text();
   if (replacement.HighestGroup() == 0) {
-    replacement.AppendTo(out, [&](int) { return Searches::Covered(text, match); });
+    replacement.AppendTo(out, [&](int) { return Covered(text, match); });
     return;
   }
   const auto groups = searches.Groups(match);
-  replacement.AppendTo(
-      out, [&](int k) { return Searches::Covered(text, groups[static_cast<std::size_t>(k)]); });
+  replacement.AppendTo(out,
+                       [&](int k) { return Covered(text, groups[static_cast<std::size_t>(k)]); });
 }
 
 // Substitutes with a pattern given as text.

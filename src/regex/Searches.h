@@ -15,13 +15,6 @@ class Searches {
   // Both arguments must outlive it, and the string must not be edited.
   Searches(const SRegex& re, const SString& s) : re_(re), text_(s.View()) {}
 
-  // Returns what a match covers of a text; nothing for a group that took no part.
-  static std::string_view Covered(std::string_view text, const regmatch_t& match) {
-    if (match.rm_so < 0) return {};
-    return text.substr(static_cast<std::size_t>(match.rm_so),
-                       static_cast<std::size_t>(match.rm_eo - match.rm_so));
-  }
-
   [[nodiscard]] std::string_view Text() const { return text_; }
 
   // Searches from `start` on. Returns whether there is a match, and sets `match` to it.
