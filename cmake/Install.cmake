@@ -17,6 +17,7 @@ install(DIRECTORY "${PROJECT_SOURCE_DIR}/src/"
   PATTERN "LoopbackSocket.h" EXCLUDE
   PATTERN "Options.h" EXCLUDE
   PATTERN "PathText.h" EXCLUDE
+  PATTERN "PatternOptions.h" EXCLUDE
   PATTERN "PatternStore.h" EXCLUDE
   PATTERN "Replacement.h" EXCLUDE
   PATTERN "ScanRules.h" EXCLUDE

@@ -23,10 +23,10 @@
 #include "queue/SField.h"             // named lists in files
 #include "queue/SModule.h"            // what the queue knows of a module
 #include "queue/SRequest.h"           // questions to other modules
-#include "regex/Grep.h"               // what Grep says of a test in error
+#include "regex/GrepError.h"          // what Grep says of a test in error
+#include "regex/PasteBuffer.h"        // replacements
 #include "regex/SPerlRegex.h"         // patterns in a Perl-like dialect
 #include "regex/SRegex.h"             // POSIX patterns
-#include "regex/Substitution.h"       // replacements
 #include "strings/SFixedString.h"     // strings on bytes that somebody else keeps
 #include "strings/SLineBreaker.h"     // the lines of a text
 #include "strings/SString.h"          // strings

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "Options.h"
+#include "PatternOptions.h"
 
 inline namespace mailhearth {
 

@@ -8,7 +8,7 @@
 
 #include "../strings/StandardError.h"
 #include "Covered.h"
-#include "Options.h"
+#include "PatternOptions.h"
 #include "engine/Expression.h"
 
 inline namespace mailhearth {

@@ -1,7 +1,5 @@
 // SStringList::Grep. A test is read into a GrepTest first and applied to the elements then.
 
-#include "Grep.h"
-
 #include <ostream>
 #include <string>
 #include <string_view>
@@ -11,7 +9,8 @@
 #include "../strings/Characters.h"
 #include "../strings/StandardError.h"
 #include "../system/FileStatus.h"
-#include "Options.h"
+#include "GrepError.h"
+#include "PatternOptions.h"
 #include "PatternStore.h"
 #include "Replacement.h"
 #include "SRegex.h"
@@ -21,6 +20,7 @@ inline namespace mailhearth {
 
 namespace {
 
+// What GrepError knows.
 enum Code { kNoTest = 1, kUnknownTest = 2, kIncomplete = 3 };
 
 struct GrepTest {
@@ -197,16 +197,6 @@ class ElementTest {
 };
 
 }  // namespace
-
-void GrepError(int code, const SString& test) {
-  constexpr const char* kReasons[] = {nullptr, "Grep called without a valid test field.\n",
-                                      "Unknown test type for Grep function\n",
-                                      "Incomplete expression in Grep function call\n"};
-  SString report;
-  if (code >= kNoTest && code <= kIncomplete) report += kReasons[code];
-  ((report += "The test field for Grep was '") += test) += "'\n";
-  report.Write(StandardError());
-}
 
 SStringList SStringList::Grep(const SRegex& re, int keep) const {
   if (!Defined() || !re.OK()) return {};

@@ -2,14 +2,13 @@
 // then: string and replacement may be the same. Groups are found for a match only if the
 // replacement names one, and for the last, which is what the caller gets.
 
-#include "Substitution.h"
-
-#include <array>
 #include <string_view>
 
+#include "../lists/SStringList.h"
+#include "../strings/SString.h"
 #include "../strings/Sizes.h"
 #include "Covered.h"
-#include "Options.h"
+#include "PatternOptions.h"
 #include "PatternStore.h"
 #include "Replacement.h"
 #include "SRegex.h"
@@ -46,20 +45,6 @@ SStringList Substitute(SString& s, std::string_view pattern, const SString& repl
 }
 
 }  // namespace
-
-void AppendPasteBuffer(SString* out, const SString& replacement, const SStringList& groups) {
-  constexpr std::size_t kNameable = 10;
-  std::array<std::string_view, kNameable> texts{};
-  std::size_t n = 0;
-  for (const SString& group : groups) {
-    if (n < kNameable) texts[n++] = group.View();
-  }
-  SString buffer;  // `out` may be one of the arguments
-  Replacement(replacement.View()).AppendTo(buffer, [&](int k) {
-    return texts[static_cast<std::size_t>(k)];
-  });
-  *out += buffer;
-}
 
 SString ReplaceMatches(const Replacement& replacement, bool global, Searches& searches) {
   const std::string_view text = searches.Text();

@@ -1,4 +1,4 @@
-#include "regex/Grep.h"
+#include "regex/GrepError.h"
 
 #include <gtest/gtest.h>
 

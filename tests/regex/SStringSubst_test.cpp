@@ -1,4 +1,4 @@
-#include "regex/Substitution.h"
+#include "regex/PasteBuffer.h"
 
 #include <gtest/gtest.h>
 

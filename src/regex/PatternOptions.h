@@ -1,7 +1,7 @@
 // Option letters, as the operations on patterns take them: a C string, or null for none.
 
-#ifndef MAILHEARTH_REGEX_OPTIONS_H
-#define MAILHEARTH_REGEX_OPTIONS_H
+#ifndef MAILHEARTH_REGEX_PATTERNOPTIONS_H
+#define MAILHEARTH_REGEX_PATTERNOPTIONS_H
 
 #include <cstring>
 
@@ -17,4 +17,4 @@ inline bool HasOption(const char* options, char letter) {
 
 }  // namespace mailhearth
 
-#endif  // MAILHEARTH_REGEX_OPTIONS_H
+#endif  // MAILHEARTH_REGEX_PATTERNOPTIONS_H

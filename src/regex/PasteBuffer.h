@@ -1,7 +1,7 @@
 // Replacements, as SString::S and SRegex::Subst put them in the place of a match.
 
-#ifndef MAILHEARTH_REGEX_SUBSTITUTION_H
-#define MAILHEARTH_REGEX_SUBSTITUTION_H
+#ifndef MAILHEARTH_REGEX_PASTEBUFFER_H
+#define MAILHEARTH_REGEX_PASTEBUFFER_H
 
 #include "../lists/SStringList.h"
 #include "../strings/Export.h"
@@ -24,4 +24,4 @@ MAILHEARTH_EXPORT void AppendPasteBuffer(SString* out, const SString& replacemen
 
 }  // namespace mailhearth
 
-#endif  // MAILHEARTH_REGEX_SUBSTITUTION_H
+#endif  // MAILHEARTH_REGEX_PASTEBUFFER_H

@@ -1,7 +1,7 @@
 // What SStringList::Grep says of a test that it does not understand.
 
-#ifndef MAILHEARTH_REGEX_GREP_H
-#define MAILHEARTH_REGEX_GREP_H
+#ifndef MAILHEARTH_REGEX_GREPERROR_H
+#define MAILHEARTH_REGEX_GREPERROR_H
 
 #include "../strings/Export.h"
 #include "../strings/SString.h"
@@ -14,4 +14,4 @@ MAILHEARTH_EXPORT void GrepError(int code, const SString& test);
 
 }  // namespace mailhearth
 
-#endif  // MAILHEARTH_REGEX_GREP_H
+#endif  // MAILHEARTH_REGEX_GREPERROR_H
