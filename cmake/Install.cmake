@@ -15,6 +15,7 @@ install(DIRECTORY "${PROJECT_SOURCE_DIR}/src/"
   PATTERN "ErrnoKeeper.h" EXCLUDE
   PATTERN "Fields.h" EXCLUDE
   PATTERN "LoopbackSocket.h" EXCLUDE
+  PATTERN "Mapping.h" EXCLUDE
   PATTERN "Options.h" EXCLUDE
   PATTERN "PathText.h" EXCLUDE
   PATTERN "PatternOptions.h" EXCLUDE

@@ -17,8 +17,9 @@
 #include "address/SToken.h"           // pieces of addresses
 #include "lists/SStringItem.h"        // nodes of lists
 #include "lists/SStringList.h"        // lists of strings
-#include "queue/Checks.h"             // what may go into the queue
 #include "queue/ErrorRecords.h"       // errors told through the queue
+#include "queue/FieldValue.h"         // what may be the value of a field
+#include "queue/PathComponent.h"      // what may be a part of a path
 #include "queue/SControl.h"           // control records of queued messages
 #include "queue/SField.h"             // named lists in files
 #include "queue/SModule.h"            // what the queue knows of a module

@@ -12,7 +12,7 @@
 // which are absent when that was 0. These replace what the record had. A new record has
 // "Control-Type:" Error and "Priority:" 1 besides.
 //
-// Texts are stored as they are: ask IsFieldValue (Checks.h) of one with several lines.
+// Texts are stored as they are: ask IsFieldValue (FieldValue.h) of one with several lines.
 //
 // The id of a new record is made of the time, the process id and a number that counts the
 // records made by the function in this process, from 1 on; so each of the two functions

@@ -21,8 +21,8 @@
 // Nothing is printed and nothing locked.
 //
 // Ids, hosts and sub-directories become parts of paths as they stand, so "../x" leads out of
-// the queue: ask IsPathComponent (Checks.h) of what comes from outside. IsFieldValue tells
-// whether a value stored in the record reads back as it is.
+// the queue: ask IsPathComponent (PathComponent.h) of what comes from outside. IsFieldValue
+// (FieldValue.h) tells whether a value stored in the record reads back as it is.
 
 #ifndef MAILHEARTH_QUEUE_SCONTROL_H
 #define MAILHEARTH_QUEUE_SCONTROL_H

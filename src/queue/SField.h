@@ -21,7 +21,7 @@
 // list, in reading, or for its text, in writing, std::bad_alloc is thrown, as by every other
 // edit: a read has then put a part of the file into the list, a write has changed no file.
 //
-// Values are stored as they are. IsFieldValue (Checks.h) tells whether a value reads back as
+// Values are stored as they are. IsFieldValue (FieldValue.h) tells whether a value reads back as
 // it was written, and not as further fields.
 
 #ifndef MAILHEARTH_QUEUE_SFIELD_H

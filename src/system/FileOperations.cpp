@@ -19,6 +19,7 @@
 #include "Descriptor.h"
 #include "Environment.h"
 #include "FileStatus.h"
+#include "Mapping.h"
 #include "PathText.h"
 
 inline namespace mailhearth {

@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <cerrno>
-#include <cstring>
 
 #include "support/TempDir.h"
 #include "system/FailNthCall.h"
@@ -34,29 +33,6 @@ TEST(Descriptor, KeepsErrnoWhereClosingFails) {
   const FailNthCall fault("close", 1, EIO);
   errno = EXDEV;
   { const Descriptor file(::open("/dev/null", O_RDONLY | O_CLOEXEC)); }
-  EXPECT_EQ(errno, EXDEV);
-  EXPECT_TRUE(fault.Fired());
-}
-
-TEST(Mapping, IsOfTheBytesOfTheFile) {
-  const TempDir dir;
-  const Descriptor file(::open(dir.File("file", "text").c_str(), O_RDWR | O_CLOEXEC));
-  Mapping bytes(file, 4);
-  ASSERT_NE(bytes.Data(), nullptr);
-  EXPECT_EQ(std::memcmp(bytes.Data(), "text", 4), 0);
-  EXPECT_TRUE(bytes.Unmap());
-  EXPECT_EQ(bytes.Data(), nullptr);
-  EXPECT_TRUE(bytes.Unmap()) << "there is none any more";
-  EXPECT_EQ(Mapping(Descriptor(-1), 4).Data(), nullptr);
-  EXPECT_EQ(errno, EBADF);
-}
-
-TEST(Mapping, KeepsErrnoWhereItsEndFails) {
-  const TempDir dir;
-  const Descriptor file(::open(dir.File("file", "text").c_str(), O_RDWR | O_CLOEXEC));
-  const FailNthCall fault("munmap", 1, EINVAL);
-  errno = EXDEV;
-  { const Mapping bytes(file, 4); }
   EXPECT_EQ(errno, EXDEV);
   EXPECT_TRUE(fault.Fired());
 }

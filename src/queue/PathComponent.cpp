@@ -1,4 +1,4 @@
-#include "Checks.h"
+#include "PathComponent.h"
 
 #include <algorithm>
 #include <string_view>
@@ -19,15 +19,6 @@ bool IsPathComponent(const SString& name) {
   if (name == "." || name == ".." || name.Index('/') >= 0) return false;
   const std::string_view bytes = name.View();
   return std::none_of(bytes.begin(), bytes.end(), IsC0Control);
-}
-
-bool IsFieldValue(const SString& value, unsigned crlf) {
-  const std::string_view text = value.View(), end = crlf != 0 ? "\r\n" : "\n";
-  for (std::size_t at = text.find(end); at != text.npos; at = text.find(end, at)) {
-    at += end.size();
-    if (at == text.size() || !IsBlank(text[at])) return false;
-  }
-  return true;
 }
 
 }  // namespace mailhearth

@@ -1,12 +1,11 @@
-// Whether what comes from outside may go into the queue as it stands. The queue itself never
-// asks: it uses names and values as they are given.
+// Whether a name that comes from outside may go into a path of the queue as it stands. The queue
+// itself never asks: it uses names as they are given.
 //
 //   if (!IsPathComponent(host)) return Refuse(message);
 //   record["Host-To:"] = host;
-//   record["Subject:"] = IsFieldValue(subject) ? subject : SString("");
 
-#ifndef MAILHEARTH_QUEUE_CHECKS_H
-#define MAILHEARTH_QUEUE_CHECKS_H
+#ifndef MAILHEARTH_QUEUE_PATHCOMPONENT_H
+#define MAILHEARTH_QUEUE_PATHCOMPONENT_H
 
 #include "../strings/Export.h"
 #include "../strings/SString.h"
@@ -20,11 +19,6 @@ inline namespace mailhearth {
 // at the most, it is not too long for a file (255).
 [[nodiscard]] MAILHEARTH_EXPORT bool IsPathComponent(const SString& name);
 
-// Whether a value that is stored in a record reads back as it is, and not as further values
-// and fields: in it every line end is followed by a blank or a tab. `crlf` is that of the
-// record, 0 for those of the queue.
-[[nodiscard]] MAILHEARTH_EXPORT bool IsFieldValue(const SString& value, unsigned crlf = 0);
-
 }  // namespace mailhearth
 
-#endif  // MAILHEARTH_QUEUE_CHECKS_H
+#endif  // MAILHEARTH_QUEUE_PATHCOMPONENT_H
