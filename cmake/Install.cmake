@@ -20,6 +20,7 @@ install(DIRECTORY "${PROJECT_SOURCE_DIR}/src/"
   PATTERN "PathText.h" EXCLUDE
   PATTERN "PatternOptions.h" EXCLUDE
   PATTERN "PatternStore.h" EXCLUDE
+  PATTERN "PointerText.h" EXCLUDE
   PATTERN "Replacement.h" EXCLUDE
   PATTERN "ScanRules.h" EXCLUDE
   PATTERN "Search.h" EXCLUDE

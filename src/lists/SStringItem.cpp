@@ -4,6 +4,7 @@
 #include <ostream>
 #include <string>
 
+#include "../strings/PointerText.h"
 #include "../strings/StandardError.h"
 
 inline namespace mailhearth {
@@ -17,7 +18,7 @@ void SStringItem::Debug(int level) const {
   }
   std::ostream& out = StandardError();
   const std::string places =
-      "Prev: " + AddressText(prev) + " This: " + AddressText(this) + " Next: " + AddressText(next);
+      "Prev: " + PointerText(prev) + " This: " + PointerText(this) + " Next: " + PointerText(next);
   out.write(places.data(), static_cast<std::streamsize>(places.size()));
   if (level == 1) {
     out.write(" '", 2);

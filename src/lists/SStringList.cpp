@@ -17,6 +17,7 @@
 #include <string_view>
 #include <vector>
 
+#include "../strings/PointerText.h"
 #include "../strings/Sizes.h"
 #include "../strings/SmallBlocks.h"
 #include "../strings/StandardError.h"
@@ -406,7 +407,7 @@ void SStringList::Debug(int level) const {
   }
   const std::string head = "Number of Links: " + std::to_string(rep_->links) +
                            "\nNumber of Items: " + std::to_string(rep_->count) +
-                           "\nRoot node:       " + AddressText(rep_->root) +
+                           "\nRoot node:       " + PointerText(rep_->root) +
                            "\nFlags:           " + std::to_string(rep_->flags) + "\n";
   out.write(head.data(), static_cast<std::streamsize>(head.size()));
   if (level == 0) return;

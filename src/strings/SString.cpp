@@ -11,6 +11,7 @@
 #include <ostream>
 #include <string>
 
+#include "PointerText.h"
 #include "Sizes.h"
 #include "StandardError.h"
 
@@ -94,9 +95,9 @@ std::string Escaped(std::string_view bytes) {
 // Returns the labelled lines of SString::Debug.
 std::string Report(const SStringRep& rep) {
   const std::string links = "Number of links:      " + std::to_string(rep.links) + "\n";
-  std::string out = "SStringRep stored at: " + AddressText(&rep) + "\n";
+  std::string out = "SStringRep stored at: " + PointerText(&rep) + "\n";
   if (rep.allocated < 1) return out + links + "SString is undefined\n\n";
-  out += "Buffer located at:    " + AddressText(rep.buffer) + "\n";
+  out += "Buffer located at:    " + PointerText(rep.buffer) + "\n";
   out += "Buffer contents:     '";
   out += Escaped({rep.buffer, static_cast<std::size_t>(rep.length)}) + "'\n";
   out += "SString length:       " + std::to_string(rep.length) + "\n";

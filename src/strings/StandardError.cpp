@@ -1,7 +1,5 @@
 #include "StandardError.h"
 
-#include <charconv>
-#include <cstdint>
 #include <ios>
 #include <ostream>
 
@@ -26,13 +24,6 @@ std::ostream& StandardError() {
 std::ostream& StandardLog() {
   static const std::ios_base::Init streams;
   return clogOfTheStandardLibrary;
-}
-
-std::string AddressText(const void* address) {
-  if (address == nullptr) return "0";
-  char text[2 + 2 * sizeof address] = {'0', 'x'};
-  const auto bits = reinterpret_cast<std::uintptr_t>(address);
-  return {text, std::to_chars(text + 2, text + sizeof text, bits, 16).ptr};
 }
 
 }  // namespace mailhearth

@@ -4,7 +4,6 @@
 #define MAILHEARTH_STRINGS_STANDARDERROR_H
 
 #include <iosfwd>
-#include <string>
 
 inline namespace mailhearth {
 
@@ -15,9 +14,6 @@ inline namespace mailhearth {
 
 // Returns std::clog, constructed, in the same way.
 [[nodiscard]] std::ostream& StandardLog();
-
-// Returns an address as streams print it, but whatever their flags and locale are.
-[[nodiscard]] std::string AddressText(const void* address);
 
 }  // namespace mailhearth
 
