@@ -13,7 +13,9 @@ install(DIRECTORY "${PROJECT_SOURCE_DIR}/src/"
   PATTERN "Covered.h" EXCLUDE
   PATTERN "Descriptor.h" EXCLUDE
   PATTERN "ErrnoKeeper.h" EXCLUDE
+  PATTERN "EnvironmentVariables.h" EXCLUDE
   PATTERN "Fields.h" EXCLUDE
+  PATTERN "Layout.h" EXCLUDE
   PATTERN "LoopbackSocket.h" EXCLUDE
   PATTERN "Mapping.h" EXCLUDE
   PATTERN "Options.h" EXCLUDE

@@ -6,6 +6,8 @@
 #include "../strings/StandardError.h"
 #include "../system/Dates.h"
 #include "../system/Environment.h"
+#include "../system/EnvironmentVariables.h"
+#include "Layout.h"
 
 inline namespace mailhearth {
 
@@ -23,27 +25,27 @@ struct Report {
 
 Report MakeReport(int number, const SString& context, const SString& message,
                   const SStringList& text) {
-  return {number, GetEnv("ModuleName") + ":" + message + " (" + context + ")", text};
+  return {number, GetEnv(kModuleNameVariable) + ":" + message + " (" + context + ")", text};
 }
 
 void PutReport(SControl& record, const Report& report) {
-  record["Error:"] = report.summary;
-  record["Error-Text:"] = report.text;
+  record[kErrorField] = report.summary;
+  record[kErrorTextField] = report.text;
   if (report.number == 0) {
-    record.Delete("Error-Number:");  // of an error before
-    record.Delete("Error-Systext:");
+    record.Delete(kErrorNumberField);  // of an error before
+    record.Delete(kErrorSystextField);
     return;
   }
-  record["Error-Number:"] = SString(report.number);
-  record["Error-Systext:"] = GetErrorString(report.number);
+  record[kErrorNumberField] = SString(report.number);
+  record[kErrorSystextField] = GetErrorString(report.number);
 }
 
 // Returns a new error record.
 SControl NewRecord(long sequence, const Report& report) {
   SControl record(MessageIdDate() + "." + ProcessIdString() + "." + SString(sequence));
-  record["Function:"] = kErrorHandler;
-  record["Control-Type:"] = "Error";
-  record["Priority:"] = "1";
+  record[kFunctionField] = kErrorHandler;
+  record[kControlTypeField] = "Error";
+  record[kPriorityField] = "1";
   PutReport(record, report);
   return record;
 }
@@ -67,7 +69,7 @@ void Print(const SString& text) {
 int ProcessError(SControl& control, const SString& context, const SString& message,
                  const SStringList& text) {
   const Report report = MakeReport(errno, context, message, text);
-  control["Function:"] = kErrorHandler;
+  control[kFunctionField] = kErrorHandler;
   PutReport(control, report);
   return File(control);
 }
@@ -83,8 +85,8 @@ void ProcessNotifyError(const SControl& control, const SString& context, const S
                         const SStringList& text) {
   static long sequence = 0;
   const Report report = MakeReport(errno, context, message, text);
-  if (control.Get("Trace:").Contains(kErrorHandler)) {
-    Print(LogFileDate() + ':' + GetEnv("ModuleName") + ":ProcessNotifyError:" + text.Join());
+  if (control.Get(kTraceField).Contains(kErrorHandler)) {
+    Print(LogFileDate() + ':' + GetEnv(kModuleNameVariable) + ":ProcessNotifyError:" + text.Join());
     return;
   }
   SControl record = NewRecord(++sequence, report);

@@ -12,6 +12,8 @@
 #include <cstdint>
 #include <ctime>
 
+#include "Layout.h"
+
 inline namespace mailhearth {
 
 namespace {
@@ -30,7 +32,7 @@ sockaddr_in LoopbackAddress(int port) {
 }  // namespace
 
 int PortNumber(const SString& text) {
-  constexpr float kAboveAll = 65537;
+  constexpr float kAboveAll = kLastDispatchPort + 1;
   const auto number = static_cast<float>(text);
   if (std::isnan(number)) return 0;
   return static_cast<int>(std::clamp(number, -1.0F, kAboveAll));

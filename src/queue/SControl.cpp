@@ -5,18 +5,15 @@
 
 #include "../system/Directories.h"
 #include "../system/Environment.h"
+#include "../system/EnvironmentVariables.h"
 #include "../system/ErrnoKeeper.h"
 #include "../system/FileOperations.h"
+#include "Layout.h"
 #include "LoopbackSocket.h"
 
 inline namespace mailhearth {
 
 namespace {
-
-constexpr char kSuffix[] = "-Control";
-constexpr char kTrace[] = "Trace:";
-
-constexpr int kLastPort = 65536;  // known and kept: one more than there are; not sent to
 
 // Removes a file; `error` becomes the reason where it cannot, unless there was one before.
 // Returns whether it went.
@@ -31,9 +28,9 @@ bool Remove(const SString& path, int& error) {
 SControl::SControl()
     : SNamedStringList(1, 0),
       SField(1, 0),
-      moduleName_(GetEnv("ModuleName")),
-      controlDir_(GetEnv("Mailhearth") + "/control/"),
-      deferredDir_(GetEnv("Mailhearth") + "/deferred/" + moduleName_ + "/") {}
+      moduleName_(GetEnv(kModuleNameVariable)),
+      controlDir_(GetEnv(kRootVariable) + kControlDir),
+      deferredDir_(GetEnv(kRootVariable) + kDeferredDir + moduleName_ + "/") {}
 
 SControl::SControl(const SString& name) : SControl() { SControl::PutFilename(name); }
 
@@ -47,10 +44,10 @@ SControl& SControl::operator=(const SControl& other) {
 
 SControl::~SControl() = default;
 
-SString SControl::GetFilename() const { return BaseName(GetControlFilename(), kSuffix); }
+SString SControl::GetFilename() const { return BaseName(GetControlFilename(), kControlSuffix); }
 
 void SControl::PutFilename(const SString& name) {
-  SField::PutFilename(name.Index('/') >= 0 ? name : controlDir_ + name + kSuffix);
+  SField::PutFilename(name.Index('/') >= 0 ? name : controlDir_ + name + kControlSuffix);
 }
 
 SString SControl::GetControlFilename() const { return SField::GetFilename(); }
@@ -81,33 +78,33 @@ void SControl::SetModule(const SModule* module) {
 }
 
 void SControl::AddTrace() {
-  SStringList trace = Get(kTrace);
+  SStringList trace = Get(kTraceField);
   trace.Push(moduleName_);
-  Delete(kTrace);
-  (*this)[kTrace] = trace;  // a new name, so it is the last
+  Delete(kTraceField);
+  (*this)[kTraceField] = trace;  // a new name, so it is the last
 }
 
 int SControl::GetTraceCount() const {
-  const SStringList trace = Get(kTrace);
+  const SStringList trace = Get(kTraceField);
   return static_cast<int>(std::count(trace.begin(), trace.end(), moduleName_));
 }
 
 int SControl::Defer() {
-  const SString host = _First("Host-To:");
+  const SString host = _First(kHostToField);
   return Defer(host.Length() > 0 ? host + "/" : host);
 }
 
 int SControl::Defer(const SString& subdir) {
   constexpr unsigned long kUserAndGroup = 0770;
   const SString directory = deferredDir_ + subdir;
-  const SString target = directory + GetFilename() + kSuffix;
+  const SString target = directory + GetFilename() + kControlSuffix;
   return MakeDir(directory, kUserAndGroup) && Rename(GetControlFilename(), target);
 }
 
 int SControl::RemoveMessage() {
   const SString id = GetFilename(), header = _HeaderOf(id), body = _BodyOf(id);
   int error = 0;
-  const bool control = Loaded() == 0 || Remove(controlDir_ + id + kSuffix, error);
+  const bool control = Loaded() == 0 || Remove(controlDir_ + id + kControlSuffix, error);
   const bool first = Remove(header, error);
   const bool second = Remove(body, error);
   if (control && first == second) return 1;
@@ -127,21 +124,21 @@ int SControl::LinkMessage(const SString& newId) const {
 }
 
 int SControl::Notify() const {
-  const int port = PortNumber(GetEnv("DispatchSocket"));
-  const SString key = GetEnv("DispatchKey");
-  if (port < 1 || port > kLastPort || key.Length() == 0) {
+  const int port = PortNumber(GetEnv(kDispatchSocketVariable));
+  const SString key = GetEnv(kDispatchKeyVariable);
+  if (port < 1 || port > kLastDispatchPort || key.Length() == 0) {
     errno = EINVAL;
     return 0;
   }
   SString text = GetFilename() + "\n" + key;
-  for (const char* const field : {"Function:", "Control-Type:", "Priority:"}) {
+  for (const char* const field : {kFunctionField, kControlTypeField, kPriorityField}) {
     text += '\n';
     text += _First(field);
   }
   return LoopbackSocket().SendTo(port, text);
 }
 
-SString SControl::_HeaderOf(const SString& id) const { return _MessageDir() + id + "-Header"; }
-SString SControl::_BodyOf(const SString& id) const { return _MessageDir() + id + "-Body"; }
+SString SControl::_HeaderOf(const SString& id) const { return _MessageDir() + id + kHeaderSuffix; }
+SString SControl::_BodyOf(const SString& id) const { return _MessageDir() + id + kBodySuffix; }
 
 }  // namespace mailhearth

@@ -5,8 +5,10 @@
 
 #include "../system/Directories.h"
 #include "../system/Environment.h"
+#include "../system/EnvironmentVariables.h"
 #include "../system/ErrnoKeeper.h"
 #include "../system/FileOperations.h"
+#include "Layout.h"
 
 inline namespace mailhearth {
 
@@ -33,7 +35,7 @@ int Refuse(int error) {
 }  // namespace
 
 SField::SField(unsigned caseSensitive, unsigned crlf)
-    : SNamedStringList(caseSensitive, crlf), messageDir_(GetEnv("Mailhearth") + "/messages/") {}
+    : SNamedStringList(caseSensitive, crlf), messageDir_(GetEnv(kRootVariable) + kMessagesDir) {}
 
 SField& SField::operator=(const SField& other) {
   SNamedStringList::operator=(other);  // may throw; the rest does not
@@ -70,7 +72,7 @@ int SField::Write() {
   }
   if (!IsWhole(filename_)) return Refuse(EINVAL);
   // All that takes memory comes before the first file.
-  const SString temp = filename_ + ".temp", directory = DirectoryOf(filename_);
+  const SString temp = filename_ + kTempSuffix, directory = DirectoryOf(filename_);
   SString text("");
   text << *this;
   if (!MapFileWrite(temp, text) || !Rename(temp, filename_)) {

@@ -6,16 +6,14 @@
 #include "../system/Dates.h"
 #include "../system/Environment.h"
 #include "../system/ErrnoKeeper.h"
+#include "Layout.h"
 #include "LoopbackSocket.h"
 
 inline namespace mailhearth {
 
 namespace {
 
-constexpr char kReturnPath[] = "Return-Path:";
 constexpr char kAnswer[] = "0";
-
-constexpr int kLastPort = 65535;
 
 int Refuse(int error) {
   errno = error;
@@ -42,14 +40,14 @@ SRequest::SRequest(const SControl& source) : SNamedStringList(1, 0) {
 SRequest::~SRequest() = default;
 
 int SRequest::Ask(const SString& function, double timeout) {
-  (*this)["Function:"] = function;
-  (*this)["Control-Type:"] = "Request";
-  if (Get("Priority:").Count() == 0) (*this)["Priority:"] = "3";
+  (*this)[kFunctionField] = function;
+  (*this)[kControlTypeField] = "Request";
+  if (Get(kPriorityField).Count() == 0) (*this)[kPriorityField] = "3";
   PutFilename(MessageIdDate() + "." + ProcessIdString());
   LoopbackSocket socket;
   const int port = socket.Bind();
   if (port == 0) return 0;
-  (*this)[kReturnPath] = SString(port);
+  (*this)[kReturnPathField] = SString(port);
   if (!Write()) return 0;
   int answered = 0;
   try {
@@ -69,7 +67,7 @@ int SRequest::Ask(const SString& function, double timeout) {
 int SRequest::Answer() {
   if (Loaded() == 0) return Refuse(EINVAL);
   if (!Write()) return 0;
-  const int port = PortNumber(_First(kReturnPath));
+  const int port = PortNumber(_First(kReturnPathField));
   if (port < 1 || port > kLastPort) {
     RemoveMessage();
     return Refuse(EINVAL);

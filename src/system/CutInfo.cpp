@@ -8,6 +8,7 @@
 #include "../strings/Characters.h"
 #include "../strings/SLineBreaker.h"
 #include "Environment.h"
+#include "EnvironmentVariables.h"
 #include "FileOperations.h"
 
 inline namespace mailhearth {
@@ -15,7 +16,7 @@ inline namespace mailhearth {
 namespace {
 
 SString ReadCutText() {
-  SString text = MapFileRead(GetEnv("ProgramDir") + "/.cut");
+  SString text = MapFileRead(GetEnv(kProgramDirVariable) + "/.cut");
   if (!text.Defined() && errno == ENOMEM) throw std::bad_alloc();  // the next call reads it
   return text;
 }

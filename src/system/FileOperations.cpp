@@ -18,6 +18,7 @@
 #include "Dates.h"
 #include "Descriptor.h"
 #include "Environment.h"
+#include "EnvironmentVariables.h"
 #include "FileStatus.h"
 #include "Mapping.h"
 #include "PathText.h"
@@ -41,8 +42,8 @@ int LogNotRemoved(const SString& path) {
   const SString reason = GetErrorString();  // before another call sets it
   if (!IsRegular(path)) return 0;
   // In one piece: the stream has no buffer, and other processes write to the same log.
-  const SString line = LogFileDate() + ':' + GetEnv("ModuleName") + ":ERROR:Couldn't remove file " +
-                       path + ':' + reason + '\n';
+  const SString line = LogFileDate() + ':' + GetEnv(kModuleNameVariable) +
+                       ":ERROR:Couldn't remove file " + path + ':' + reason + '\n';
   StandardLog() << line << std::flush;
   return 0;
 }
