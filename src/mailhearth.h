@@ -15,6 +15,7 @@
 #include "address/SAddressFault.h"    // why an address is bad
 #include "address/SParser.h"          // what both parsers have in common
 #include "address/SToken.h"           // pieces of addresses
+#include "address/ScanState.h"        // what their scanners are within
 #include "lists/SStringItem.h"        // nodes of lists
 #include "lists/SStringList.h"        // lists of strings
 #include "queue/ErrorRecords.h"       // errors told through the queue

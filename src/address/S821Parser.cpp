@@ -17,20 +17,21 @@ namespace {
 
 constexpr ScanRules kRules = [] {
   using enum ScanStep;
+  using enum ScanState::Value;
   ScanRules rules;
   rules.SetOutside(TokBad);
   rules.SetSingle("()]", TokBad);
   rules.SetSingle("%", TokPercent);
-  rules.Set(0x000, "\t", kAppend);  // known and kept
-  rules.Set(0x000, "\\", kEscape);
-  rules.Fill(0x100, kAppend);
-  rules.Set(0x100, "\"", kClose);
-  rules.Set(0x100, "\\", kEscape);
-  rules.Set(0x100, "\r\n", kRefuseLine);
-  rules.Fill(0x300, kRefuseLiteral);
-  rules.Set(0x300, "0123456789.", kAppend);
-  rules.Set(0x300, " ", kDrop);
-  rules.Set(0x300, "]", kCloseChecked);
+  rules.Set(kOutside, "\t", kAppend);  // known and kept
+  rules.Set(kOutside, "\\", kEscape);
+  rules.Fill(kInQuoted, kAppend);
+  rules.Set(kInQuoted, "\"", kClose);
+  rules.Set(kInQuoted, "\\", kEscape);
+  rules.Set(kInQuoted, "\r\n", kRefuseLine);
+  rules.Fill(kInLiteral, kRefuseLiteral);
+  rules.Set(kInLiteral, "0123456789.", kAppend);
+  rules.Set(kInLiteral, " ", kDrop);
+  rules.Set(kInLiteral, "]", kCloseChecked);
   return rules;
 }();
 

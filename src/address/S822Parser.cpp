@@ -13,21 +13,23 @@ namespace {
 
 constexpr ScanRules kRules = [] {
   using enum ScanStep;
+  using enum ScanState::Value;
   ScanRules rules;
   rules.SetOutside(TokError);
-  rules.Set(0x000, "\t", kBlank);
-  rules.Set(0x000, "(", kOpenComment);
-  rules.Set(0x000, ")]\\", kRefuse);
-  for (const std::size_t state : {0x100U, 0x200U, 0x300U}) {
+  rules.Set(kOutside, "\t", kBlank);
+  rules.Set(kOutside, "(", kOpenComment);
+  rules.Set(kOutside, ")]\\", kRefuse);
+  for (const ScanState::Value state : {kInQuoted, kInComment, kInLiteral}) {
     rules.Fill(state, kAppend);
     rules.Set(state, "\\", kEscape);
   }
-  for (const std::size_t state : {0x000U, 0x100U, 0x200U, 0x300U}) rules.Set(state, "\r", kLineEnd);
-  rules.Set(0x100, "\"", kClose);
-  rules.Set(0x200, "(", kNest);
-  rules.Set(0x200, ")", kUnnest);
-  rules.Set(0x300, "[", kRefuseNested);
-  rules.Set(0x300, "]", kClose);
+  for (const ScanState::Value state : {kOutside, kInQuoted, kInComment, kInLiteral})
+    rules.Set(state, "\r", kLineEnd);
+  rules.Set(kInQuoted, "\"", kClose);
+  rules.Set(kInComment, "(", kNest);
+  rules.Set(kInComment, ")", kUnnest);
+  rules.Set(kInLiteral, "[", kRefuseNested);
+  rules.Set(kInLiteral, "]", kClose);
   return rules;
 }();
 

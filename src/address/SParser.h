@@ -12,6 +12,7 @@
 #include "../strings/Export.h"
 #include "../strings/SString.h"
 #include "SAddressFault.h"
+#include "ScanState.h"
 #include "SToken.h"
 
 inline namespace mailhearth {
@@ -42,8 +43,9 @@ class MAILHEARTH_EXPORT SParser {
   void UndoNext() { position_ = previous_; }
 
  protected:
-  // What a scanner is within; the rules of scanning count from these.
-  enum State { kOutside = 0x000, kInQuoted = 0x100, kInComment = 0x200, kInLiteral = 0x300 };
+  // What a scanner is within.
+  using State = ScanState::Value;
+  using enum ScanState::Value;
 
   // NextToken by the rules of a table. A TokError is told in `fault_` as well.
   SToken _Scan(const ScanRules& rules);

@@ -11,6 +11,7 @@
 
 #include "../strings/Characters.h"
 #include "SToken.h"
+#include "ScanState.h"
 
 inline namespace mailhearth {
 
@@ -46,19 +47,24 @@ struct ScanRules {
   std::array<ScanStep, kStates * kBytes> steps{};  // by the sum of state and byte
   std::array<std::uint16_t, kBytes> singles{};     // types of the tokens that kSingle makes
 
+  // For a byte in a state.
+  constexpr ScanStep& At(ScanState::Value state, std::size_t byte) {
+    return steps[static_cast<std::size_t>(state) + byte];
+  }
+
   // For the bytes of `bytes` in a state.
-  constexpr void Set(std::size_t state, std::string_view bytes, ScanStep step) {
-    for (const char c : bytes) steps[state + static_cast<unsigned char>(c)] = step;
+  constexpr void Set(ScanState::Value state, std::string_view bytes, ScanStep step) {
+    for (const char c : bytes) At(state, static_cast<unsigned char>(c)) = step;
   }
 
   // For all bytes in a state.
-  constexpr void Fill(std::size_t state, ScanStep step) {
-    for (std::size_t c = 0; c < kBytes; ++c) steps[state + c] = step;
+  constexpr void Fill(ScanState::Value state, ScanStep step) {
+    for (std::size_t c = 0; c < kBytes; ++c) At(state, c) = step;
   }
 
   // Outside of everything, makes the bytes tokens of their own.
   constexpr void SetSingle(std::string_view bytes, int type) {
-    Set(0, bytes, ScanStep::kSingle);
+    Set(ScanState::kOutside, bytes, ScanStep::kSingle);
     for (const char c : bytes) {
       singles[static_cast<unsigned char>(c)] = static_cast<std::uint16_t>(type);
     }
@@ -67,14 +73,14 @@ struct ScanRules {
   // What both scanners do outside of everything: the specials that they share, and a type
   // for control characters.
   constexpr void SetOutside(int control) {
-    Fill(0, ScanStep::kAppend);
+    Fill(ScanState::kOutside, ScanStep::kAppend);
     for (std::size_t byte = 0; byte < kBytes; ++byte) {
       const char c = static_cast<char>(byte);
       if (IsC0OrC1Control(c)) SetSingle({&c, 1}, control);
     }
-    Set(0, " ", ScanStep::kBlank);
-    Set(0, "\"", ScanStep::kOpenQuoted);
-    Set(0, "[", ScanStep::kOpenLiteral);
+    Set(ScanState::kOutside, " ", ScanStep::kBlank);
+    Set(ScanState::kOutside, "\"", ScanStep::kOpenQuoted);
+    Set(ScanState::kOutside, "[", ScanStep::kOpenLiteral);
     SetSingle("<", TokLess);
     SetSingle(">", TokGreater);
     SetSingle("@", TokAt);
