@@ -1,5 +1,5 @@
-// Lazy DFAs: deterministic automata built from the program, an NFA, by subset construction as
-// texts ask for their states.
+// Not installed. Lazy DFAs: deterministic automata built from the program, an NFA, by subset
+// construction as texts ask for their states.
 //
 // A state of the DFA is a set of states of the NFA, the places at which the program can be
 // between two bytes, together with the kind of the byte read last, for the assertions. States

@@ -1,5 +1,5 @@
-// Vectorised search for a few bytes, or pairs of bytes: skips text on which a DFA stays in its
-// state.
+// Not installed. Vectorised search for a few bytes, or pairs of bytes: skips text on which a DFA
+// stays in its state.
 
 #ifndef MAILHEARTH_REGEX_ENGINE_BYTESEARCH_H
 #define MAILHEARTH_REGEX_ENGINE_BYTESEARCH_H

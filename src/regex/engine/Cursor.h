@@ -1,6 +1,6 @@
-// A cursor steps a lazy DFA through one text and keeps its cache within the budget. When the
-// cache is full, it is cleared; if the states filled it again after too few steps to be worth
-// caching, the cursor steps without it for the rest of the text, as an NFA simulation does.
+// Not installed. A cursor steps a lazy DFA through one text and keeps its cache within the budget.
+// When the cache is full, it is cleared; if the states filled it again after too few steps to be
+// worth caching, the cursor steps without it for the rest of the text, as an NFA simulation does.
 
 #ifndef MAILHEARTH_REGEX_ENGINE_CURSOR_H
 #define MAILHEARTH_REGEX_ENGINE_CURSOR_H

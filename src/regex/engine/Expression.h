@@ -1,5 +1,6 @@
-// A compiled POSIX extended regular expression: the interface of the engine, the only header that
-// code outside this folder includes. docs/regex-engine.md explains how the engine works.
+// Not installed. A compiled POSIX extended regular expression: the interface of the engine, the
+// only header that code outside this folder includes. docs/regex-engine.md explains how the engine
+// works.
 //
 // Syntax: that of POSIX extended regular expressions (IEEE Std 1003.1, XBD 9.4) over bytes
 // in the C locale, with the word boundaries [[:<:]] and [[:>:]]. NUL is an ordinary byte. A

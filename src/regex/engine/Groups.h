@@ -1,5 +1,5 @@
-// Finds the groups (submatches) of a match whose bounds are known, by dividing its text along the
-// tree of the pattern, from the top.
+// Not installed. Finds the groups (submatches) of a match whose bounds are known, by dividing its
+// text along the tree of the pattern, from the top.
 
 #ifndef MAILHEARTH_REGEX_ENGINE_GROUPS_H
 #define MAILHEARTH_REGEX_ENGINE_GROUPS_H

@@ -1,5 +1,5 @@
-// Finds the bounds of the leftmost longest match: its end by the forward DFA, its start, where
-// that was not seen on the way, by the reverse DFA.
+// Not installed. Finds the bounds of the leftmost longest match: its end by the forward DFA, its
+// start, where that was not seen on the way, by the reverse DFA.
 
 #ifndef MAILHEARTH_REGEX_ENGINE_MATCHER_H
 #define MAILHEARTH_REGEX_ENGINE_MATCHER_H

@@ -1,5 +1,5 @@
-// The program of a pattern: its NFA as a sequence of instructions, by Thompson's construction,
-// and the classes of bytes that it tells apart.
+// Not installed. The program of a pattern: its NFA as a sequence of instructions, by Thompson's
+// construction, and the classes of bytes that it tells apart.
 //
 // A place, the index of an instruction, is a state of the NFA; the place after the last
 // instruction is the accepting one. The code of each node of the tree is one contiguous

@@ -1,5 +1,5 @@
-// Reverse reachability: for each boundary of a range of text, the live places of the NFA, those
-// from which the end of a fragment can still be reached exactly at the end of the range.
+// Not installed. Reverse reachability: for each boundary of a range of text, the live places of the
+// NFA, those from which the end of a fragment can still be reached exactly at the end of the range.
 
 #ifndef MAILHEARTH_REGEX_ENGINE_REACHABILITY_H
 #define MAILHEARTH_REGEX_ENGINE_REACHABILITY_H

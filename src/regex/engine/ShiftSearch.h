@@ -1,4 +1,5 @@
-// A shift-based DFA: a search through up to nine states with one shift and one load a byte.
+// Not installed. A shift-based DFA: a search through up to nine states with one shift and one load
+// a byte.
 
 #ifndef MAILHEARTH_REGEX_ENGINE_SHIFTSEARCH_H
 #define MAILHEARTH_REGEX_ENGINE_SHIFTSEARCH_H

@@ -1,4 +1,4 @@
-// The parser: from a pattern to its syntax tree. Expression.h defines the syntax.
+// Not installed. The parser: from a pattern to its syntax tree. Expression.h defines the syntax.
 
 #ifndef MAILHEARTH_REGEX_ENGINE_SYNTAX_H
 #define MAILHEARTH_REGEX_ENGINE_SYNTAX_H
