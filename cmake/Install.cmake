@@ -1,37 +1,16 @@
 # cmake --install, in three components: Runtime is the shared library as programs load it,
 # Command is diskFree, and Development is what is needed to build against the library.
 
-# Headers that serve the library alone stay at home.
-install(DIRECTORY "${PROJECT_SOURCE_DIR}/src/"
-  DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/mailhearth" COMPONENT Development
-  FILES_MATCHING PATTERN "*.h"
-  PATTERN "command" EXCLUDE
-  PATTERN "engine" EXCLUDE
-  PATTERN "Blocks.h" EXCLUDE
-  PATTERN "ByteWords.h" EXCLUDE
-  PATTERN "Characters.h" EXCLUDE
-  PATTERN "Covered.h" EXCLUDE
-  PATTERN "Descriptor.h" EXCLUDE
-  PATTERN "ErrnoKeeper.h" EXCLUDE
-  PATTERN "EnvironmentVariables.h" EXCLUDE
-  PATTERN "Fields.h" EXCLUDE
-  PATTERN "Layout.h" EXCLUDE
-  PATTERN "LoopbackSocket.h" EXCLUDE
-  PATTERN "Mapping.h" EXCLUDE
-  PATTERN "Options.h" EXCLUDE
-  PATTERN "PathText.h" EXCLUDE
-  PATTERN "PatternOptions.h" EXCLUDE
-  PATTERN "PatternStore.h" EXCLUDE
-  PATTERN "PointerText.h" EXCLUDE
-  PATTERN "Replacement.h" EXCLUDE
-  PATTERN "ScanRules.h" EXCLUDE
-  PATTERN "Search.h" EXCLUDE
-  PATTERN "Searches.h" EXCLUDE
-  PATTERN "Sizes.h" EXCLUDE
-  PATTERN "SmallBlocks.h" EXCLUDE
-  PATTERN "StandardError.h" EXCLUDE
-  PATTERN "StartUp.h" EXCLUDE
-  PATTERN "TokenWords.h" EXCLUDE)
+# The umbrella is the list of the public headers.
+set(umbrella "${PROJECT_SOURCE_DIR}/src/mailhearth.h")
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${umbrella}")
+file(STRINGS "${umbrella}" public_headers REGEX "^#include \"")
+list(TRANSFORM public_headers REPLACE "^#include \"([^\"]*)\".*" "\\1")
+foreach(header IN LISTS public_headers ITEMS mailhearth.h)
+  cmake_path(GET header PARENT_PATH folder)
+  install(FILES "${PROJECT_SOURCE_DIR}/src/${header}"
+    DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/mailhearth/${folder}" COMPONENT Development)
+endforeach()
 install(TARGETS mailhearth_static mailhearth_shared EXPORT Mailhearth
   ARCHIVE DESTINATION "${CMAKE_INSTALL_LIBDIR}" COMPONENT Development
   LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}" COMPONENT Runtime

@@ -1,6 +1,8 @@
 // The whole library: the one header a newcomer needs. Everything is declared in
 // `inline namespace mailhearth`, so names are used as they stand, and
 // mailhearth::SString settles an ambiguity.
+//
+// Every installed header stands here, once.
 
 #ifndef MAILHEARTH_MAILHEARTH_H
 #define MAILHEARTH_MAILHEARTH_H
@@ -29,9 +31,11 @@
 #include "regex/PasteBuffer.h"        // replacements
 #include "regex/SPerlRegex.h"         // patterns in a Perl-like dialect
 #include "regex/SRegex.h"             // POSIX patterns
+#include "strings/Export.h"           // what the shared library shows
 #include "strings/SFixedString.h"     // strings on bytes that somebody else keeps
 #include "strings/SLineBreaker.h"     // the lines of a text
 #include "strings/SString.h"          // strings
+#include "strings/SStringRep.h"       // what the handles of a string share
 #include "strings/SSubString.h"       // ranges of strings that can be assigned to
 #include "system/CutInfo.h"           // what an installation says of itself
 #include "system/Dates.h"             // the current time as text

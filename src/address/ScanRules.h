@@ -1,5 +1,5 @@
-// The rules of a scanner of mail addresses as a table: what to do with each byte in each
-// state. SParser::_Scan follows them.
+// Not installed. The rules of a scanner of mail addresses as a table: what to do with each byte in
+// each state. SParser::_Scan follows them.
 
 #ifndef MAILHEARTH_ADDRESS_SCANRULES_H
 #define MAILHEARTH_ADDRESS_SCANRULES_H

@@ -1,4 +1,5 @@
-// The words of a local part or a display name: texts of tokens, and how they are joined.
+// Not installed. The words of a local part or a display name: texts of tokens, and how they are
+// joined.
 
 #ifndef MAILHEARTH_ADDRESS_TOKENWORDS_H
 #define MAILHEARTH_ADDRESS_TOKENWORDS_H

@@ -1,4 +1,4 @@
-// What diskFree finds out: whether a file system has room for twice a file.
+// Not installed. What diskFree finds out: whether a file system has room for twice a file.
 
 #ifndef MAILHEARTH_COMMAND_SHORTFALL_H
 #define MAILHEARTH_COMMAND_SHORTFALL_H

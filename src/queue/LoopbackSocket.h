@@ -1,5 +1,5 @@
-// Datagrams between the processes of one machine, by which the queue announces, asks and
-// answers. On failure errno is that of the system.
+// Not installed. Datagrams between the processes of one machine, by which the queue announces, asks
+// and answers. On failure errno is that of the system.
 //
 //   const LoopbackSocket socket;
 //   const int port = socket.Bind();

@@ -1,4 +1,5 @@
-// Option letters, as the operations on patterns take them: a C string, or null for none.
+// Not installed. Option letters, as the operations on patterns take them: a C string, or null for
+// none.
 
 #ifndef MAILHEARTH_REGEX_PATTERNOPTIONS_H
 #define MAILHEARTH_REGEX_PATTERNOPTIONS_H

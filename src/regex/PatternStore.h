@@ -1,6 +1,6 @@
-// Expressions for patterns that are given as text: the last few that compiled are kept, so
-// a pattern in a loop costs one compilation. Nobody notices but by the time it takes, and by
-// the memory: that of kPatterns expressions at the most.
+// Not installed. Expressions for patterns that are given as text: the last few that compiled are
+// kept, so a pattern in a loop costs one compilation. Nobody notices but by the time it takes, and
+// by the memory: that of kPatterns expressions at the most.
 
 #ifndef MAILHEARTH_REGEX_PATTERNSTORE_H
 #define MAILHEARTH_REGEX_PATTERNSTORE_H

@@ -1,4 +1,4 @@
-// A replacement, read once for all the matches it takes the place of.
+// Not installed. A replacement, read once for all the matches it takes the place of.
 
 #ifndef MAILHEARTH_REGEX_REPLACEMENT_H
 #define MAILHEARTH_REGEX_REPLACEMENT_H

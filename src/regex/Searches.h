@@ -1,5 +1,5 @@
-// A series of searches through one string, of which the expression learns when it is over,
-// if at all: nothing is written to it and no group looked for on the way.
+// Not installed. A series of searches through one string, of which the expression learns when it is
+// over, if at all: nothing is written to it and no group looked for on the way.
 
 #ifndef MAILHEARTH_REGEX_SEARCHES_H
 #define MAILHEARTH_REGEX_SEARCHES_H

@@ -1,5 +1,5 @@
-// Searching for bytes in bytes. All of it takes time linear in the text, however often
-// the text comes close to the needle; against texts that do so on purpose a table of four
+// Not installed. Searching for bytes in bytes. All of it takes time linear in the text, however
+// often the text comes close to the needle; against texts that do so on purpose a table of four
 // bytes for each byte of the needle is made.
 
 #ifndef MAILHEARTH_STRINGS_SEARCH_H

@@ -1,6 +1,6 @@
-// The arithmetic of lengths. Lengths and positions are signed 32-bit values, so
-// every new one is computed in 64 bits and passes CheckedLength before it is
-// narrowed: no length ever wraps.
+// Not installed. The arithmetic of lengths. Lengths and positions are signed 32-bit values, so
+// every new one is computed in 64 bits and passes CheckedLength before it is narrowed: no length
+// ever wraps.
 
 #ifndef MAILHEARTH_STRINGS_SIZES_H
 #define MAILHEARTH_STRINGS_SIZES_H

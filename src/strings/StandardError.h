@@ -1,4 +1,4 @@
-// The standard error and log streams for the library's own diagnostics.
+// Not installed. The standard error and log streams for the library's own diagnostics.
 
 #ifndef MAILHEARTH_STRINGS_STANDARDERROR_H
 #define MAILHEARTH_STRINGS_STANDARDERROR_H

@@ -1,4 +1,4 @@
-// Keeps errno over clean-up, so that the caller sees the first error.
+// Not installed. Keeps errno over clean-up, so that the caller sees the first error.
 
 #ifndef MAILHEARTH_SYSTEM_ERRNOKEEPER_H
 #define MAILHEARTH_SYSTEM_ERRNOKEEPER_H

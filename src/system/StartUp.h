@@ -1,6 +1,5 @@
-// Work that modules of the library do before main and after it. Which modules these
-// are stands in one table in StartUpModules.cpp; nothing else in the library runs code
-// before main.
+// Not installed. Work that modules of the library do before main and after it. Which modules these
+// are stands in one table in StartUpModules.cpp; nothing else in the library runs code before main.
 //
 // Each such module holds a StartUpGuard in its source, so a program that uses the
 // module has the table too, linked with the archive or the shared library. The first

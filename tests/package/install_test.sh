@@ -21,8 +21,12 @@ mv "$work/root" "$work/elsewhere"
 root=$work/elsewhere
 "$here/use_test.sh" "$root" "$compiler" # an installed tree can be moved
 
-[ ! -e "$root/include/mailhearth/command" ] || fail "the command's own headers are installed"
-[ ! -e "$root/include/mailhearth/system/StartUp.h" ] || fail "an internal header is installed"
+{
+  echo mailhearth.h
+  sed -n 's,^#include "\([^"]*\)".*,\1,p' "$root/include/mailhearth/mailhearth.h"
+} | sort >"$work/public"
+(cd "$root/include/mailhearth" && find . -type f -printf '%P\n') | sort >"$work/installed"
+diff "$work/public" "$work/installed" || fail "other headers are installed than the umbrella names"
 (cd "$root/include" && find . -name '*.h') | while read -r header; do
   echo "#include \"$header\"" |
     "$compiler" "${flags[@]}" -I "$root/include" -fsyntax-only -x c++ - ||
