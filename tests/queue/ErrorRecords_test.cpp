@@ -14,14 +14,14 @@
 #include <vector>
 
 #include "queue/Queue.h"
+#include "support/Clock.h"
 #include "support/CountedNew.h"
 #include "support/ErrorText.h"
 #include "support/FailEachAllocation.h"
+#include "support/FailNthCall.h"
 #include "support/Files.h"
 #include "support/Pieces.h"
 #include "support/Process.h"
-#include "system/Clock.h"
-#include "system/FailNthCall.h"
 
 namespace {
 

@@ -16,8 +16,8 @@
 #include <string>
 
 #include "queue/Queue.h"
+#include "support/FailNthCall.h"
 #include "support/Files.h"
-#include "system/FailNthCall.h"
 
 namespace {
 

@@ -15,9 +15,9 @@
 
 #include "queue/Queue.h"
 #include "support/CountedNew.h"
+#include "support/FailNthCall.h"
 #include "support/Files.h"
 #include "support/OrdinaryUser.h"
-#include "system/FailNthCall.h"
 
 namespace {
 

@@ -14,10 +14,10 @@
 #include "support/CheckText.h"
 #include "support/EnvironmentKey.h"
 #include "support/FailEachAllocation.h"
+#include "support/FailNthCall.h"
 #include "support/Files.h"
 #include "support/OrdinaryUser.h"
 #include "support/TempDir.h"
-#include "system/FailNthCall.h"
 
 namespace {
 

@@ -18,11 +18,11 @@
 #include <vector>
 
 #include "queue/Queue.h"
+#include "support/Clock.h"
 #include "support/CountedNew.h"
+#include "support/FailNthCall.h"
 #include "support/Files.h"
 #include "support/OrdinaryUser.h"
-#include "system/Clock.h"
-#include "system/FailNthCall.h"
 
 namespace {
 

@@ -12,9 +12,9 @@
 #include <vector>
 
 #include "support/CheckText.h"
+#include "support/Clock.h"
 #include "support/EnvironmentKey.h"
 #include "support/FailEachAllocation.h"
-#include "system/Clock.h"
 
 // What the calendars show, as long as a test has them fail or differ.
 namespace {

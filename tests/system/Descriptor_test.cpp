@@ -5,8 +5,8 @@
 
 #include <cerrno>
 
+#include "support/FailNthCall.h"
 #include "support/TempDir.h"
-#include "system/FailNthCall.h"
 
 namespace {
 

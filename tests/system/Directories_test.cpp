@@ -12,9 +12,9 @@
 #include <utility>
 #include <vector>
 
+#include "support/FailNthCall.h"
 #include "support/OrdinaryUser.h"
 #include "support/TempDir.h"
-#include "system/FailNthCall.h"
 #include "system/FileStatus.h"
 
 namespace {

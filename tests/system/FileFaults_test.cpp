@@ -16,11 +16,12 @@
 
 #include "support/CheckText.h"
 #include "support/CountedNew.h"
+#include "support/FailEachAllocation.h"
+#include "support/FailNthCall.h"
 #include "support/TempDir.h"
 #include "support/UnendedText.h"
 #include "system/Directories.h"
 #include "system/Environment.h"
-#include "system/FailNthCall.h"
 #include "system/FileLocks.h"
 #include "system/FileOperations.h"
 #include "system/FileStatus.h"

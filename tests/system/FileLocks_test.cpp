@@ -14,8 +14,8 @@
 #include <string>
 #include <vector>
 
+#include "support/FailNthCall.h"
 #include "support/TempDir.h"
-#include "system/FailNthCall.h"
 
 namespace {
 

@@ -24,10 +24,11 @@
 #include "support/CountedNew.h"
 #include "support/EnvironmentKey.h"
 #include "support/ErrorText.h"
+#include "support/FailEachAllocation.h"
+#include "support/FailNthCall.h"
 #include "support/OrdinaryUser.h"
 #include "support/Pieces.h"
 #include "support/TempDir.h"
-#include "system/FailNthCall.h"
 
 namespace {
 

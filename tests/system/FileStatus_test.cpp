@@ -16,9 +16,9 @@
 #include <filesystem>
 #include <limits>
 
+#include "support/Clock.h"
 #include "support/OrdinaryUser.h"
 #include "support/TempDir.h"
-#include "system/Clock.h"
 
 // The file system, as long as a test has them stand in.
 namespace {

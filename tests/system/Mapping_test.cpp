@@ -6,8 +6,8 @@
 #include <cerrno>
 #include <cstring>
 
+#include "support/FailNthCall.h"
 #include "support/TempDir.h"
-#include "system/FailNthCall.h"
 
 namespace {
 

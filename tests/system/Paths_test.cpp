@@ -10,8 +10,8 @@
 #include "strings/SFixedString.h"
 #include "support/CheckText.h"
 #include "support/FailEachAllocation.h"
+#include "support/FailNthCall.h"
 #include "support/TempDir.h"
-#include "system/FailNthCall.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
 // Makes calls of the C library fail, in a program whose linker sends them to
 // FailNthCall.cpp.
 
-#ifndef MAILHEARTH_TESTS_SYSTEM_FAILNTHCALL_H
-#define MAILHEARTH_TESTS_SYSTEM_FAILNTHCALL_H
+#ifndef MAILHEARTH_TESTS_SUPPORT_FAILNTHCALL_H
+#define MAILHEARTH_TESTS_SUPPORT_FAILNTHCALL_H
 
 #include <functional>
 #include <string>
@@ -44,4 +44,4 @@ extern int syncFlags;
 // Done once after the next call of fstat that succeeds.
 extern std::function<void()> afterFstat;
 
-#endif  // MAILHEARTH_TESTS_SYSTEM_FAILNTHCALL_H
+#endif  // MAILHEARTH_TESTS_SUPPORT_FAILNTHCALL_H

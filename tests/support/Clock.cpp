@@ -1,4 +1,4 @@
-#include "system/Clock.h"
+#include "support/Clock.h"
 
 std::optional<std::time_t> clockStandIn;
 int clockReadings = 0;

@@ -1,4 +1,4 @@
-#include "system/FailNthCall.h"
+#include "support/FailNthCall.h"
 
 #include <dirent.h>
 #include <fcntl.h>
