@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "Require.h"
+#include "RequireAgreement.h"
 #include "address/Domains.h"
 #include "address/S822Parser.h"
 #include "strings/SFixedString.h"
@@ -26,11 +27,6 @@ bool NeedsBrackets(const S822Address& address) {
   const SString domain = address.Domain();
   return address.Phrase().Length() == 0 && address.Route().Count() == 0 &&
          (address.LocalPart()[0] == '[' || (domain.Length() > 0 && !IsValidDomain(domain)));
-}
-
-// A quoted string behind an atom with a per-cent sign in it.
-bool HasQuotesBehindPerCent(const S822Address& address) {
-  return address.LocalPart().HasMatch("%[^\".]*\"");
 }
 
 void ReadBack(const S822Address& address) {

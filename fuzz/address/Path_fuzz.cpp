@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "Require.h"
+#include "RequireAgreement.h"
 #include "address/S821Parser.h"
 #include "strings/SFixedString.h"
 #include "support/AddressComparison.h"
@@ -15,12 +16,6 @@
 #include "support/ExactInput.h"
 
 namespace {
-
-// More than a quoted string, and a backslash at the end of the text that escapes nothing.
-bool EndsInABackslash(const S821Address& address) {
-  const SString local = address.LocalPart();
-  return local[0] == '"' && local[-1] == '\\' && address.Domain().Length() == 0;
-}
 
 void Read(const SString& text, unsigned lenient) {
   S821Parser parser(text, lenient);

@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "Require.h"
+#include "RequireAgreement.h"
 #include "address/AddressRepair.h"
 #include "address/S821Address.h"
 #include "strings/SFixedString.h"

@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "Require.h"
+#include "RequireAgreement.h"
 #include "address/S821Parser.h"
 #include "address/S822Parser.h"
 #include "strings/SFixedString.h"

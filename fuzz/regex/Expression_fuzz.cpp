@@ -6,11 +6,11 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <span>
 #include <string_view>
 #include <vector>
 
+#include "Require.h"
 #include "regex/engine/Expression.h"
 #include "support/ExactInput.h"
 #include "support/RegexComparison.h"
@@ -23,10 +23,6 @@ constexpr std::size_t kSmallPattern = 12;  // in bytes, as is kSmallText
 constexpr std::size_t kSmallText = 8;
 constexpr int kMaxMatches = 40;  // looked at in one text
 constexpr regmatch_t kUnset = {-7, -7};
-
-void Require(bool holds) {
-  if (!holds) std::abort();
-}
 
 bool Same(const regmatch_t& a, const regmatch_t& b) {
   return a.rm_so == b.rm_so && a.rm_eo == b.rm_eo;

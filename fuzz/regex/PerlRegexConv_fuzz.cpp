@@ -7,10 +7,10 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 #include <string_view>
 
+#include "Require.h"
 #include "lists/SStringList.h"
 #include "regex/SPerlRegex.h"
 #include "strings/SFixedString.h"
@@ -18,10 +18,6 @@
 #include "support/ExactInput.h"
 
 namespace {
-
-void Require(bool holds) {
-  if (!holds) std::abort();
-}
 
 void Translate(const SString& pattern) {
   SString translation;

@@ -3,18 +3,14 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <sstream>
 #include <string>
 
+#include "Require.h"
 #include "strings/SLineBreaker.h"
 #include "strings/SString.h"
 
 namespace {
-
-void Require(bool holds) {
-  if (!holds) std::abort();
-}
 
 // A line with its end: nothing but the end at its end.
 bool IsLine(std::string_view line) { return line.find('\n') == line.size() - 1; }

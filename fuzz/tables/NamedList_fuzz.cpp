@@ -5,19 +5,15 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <string_view>
 
+#include "Require.h"
 #include "lists/SStringList.h"
 #include "strings/SFixedString.h"
 #include "support/ExactInput.h"
 #include "tables/SNamedStringList.h"
 
 namespace {
-
-void Require(bool holds) {
-  if (!holds) std::abort();
-}
 
 bool Same(const SNamedStringList& a, const SNamedStringList& b) {
   const SStringList names = a.Keys();

@@ -38,12 +38,6 @@ std::ostream& operator<<(std::ostream& os, const Counts& counts) {
 
 // The exceptions that the headers name.
 
-// More than a quoted string, and a backslash that escapes nothing.
-bool EndsInABackslash(const S821Address& address) {
-  const SString local = address.LocalPart();
-  return local[0] == '"' && local[-1] == '\\' && address.Domain().Length() == 0;
-}
-
 bool HasOddDots(const S821Address& address) {
   const SString local = address.LocalPart();
   return local[0] == '.' || local[-1] == '.' || local.Index("..") >= 0;
@@ -51,11 +45,6 @@ bool HasOddDots(const S821Address& address) {
 
 bool HasNoDomain(const S821Address& address) {
   return address.Domain().Length() > 0 && !IsValidDomain(address.Domain());
-}
-
-// A quoted string behind an atom with a per-cent sign in it.
-bool HasQuotesBehindPerCent(const S821Address& address) {
-  return address.LocalPart().HasMatch("%[^\".]*\"");
 }
 
 bool HasQuotesWithin(const S821Address& address) {

@@ -15,6 +15,7 @@
 #include "strings/SFixedString.h"
 #include "support/ExactInput.h"
 #include "support/Growth.h"
+#include "support/Text.h"
 
 namespace {
 
@@ -30,14 +31,7 @@ constexpr bool kSlow = false;
 #endif
 constexpr std::size_t kHuge = kSlow ? kMillion : 8 * kMillion;
 
-std::string Repeated(std::string_view part, int n) {
-  std::string text;
-  text.reserve(part.size() * static_cast<std::size_t>(n));
-  for (; n > 0; --n) text += part;
-  return text;
-}
-
-SString Text(std::initializer_list<std::string_view> parts) {
+SString Joined(std::initializer_list<std::string_view> parts) {
   SString text("");
   for (const std::string_view part : parts) text += part;
   return text;
@@ -175,7 +169,7 @@ TEST(HostileAddresses, ManyTimesTheSameBytes) {
 TEST(HostileAddresses, ManyTimesTheSameBytesInAngleBracketsAndQuotes) {
   for (const Unit& unit : kUnits) {
     for (const std::string_view open : {"<", "\"", "(", "[", "a@", "<a@", "g:", "<@", "a <"}) {
-      static_cast<void>(ReadExact(Text({open, Repeated(unit.text, 1000)}).View()));
+      static_cast<void>(ReadExact(Joined({open, Repeated(unit.text, 1000)}).View()));
     }
   }
 }
@@ -184,7 +178,7 @@ TEST(HostileAddresses, TakeLinearTime) {
   for (const Unit& unit : kUnits) {
     for (const std::string_view open : {"", "<", "<a@", "g:"}) {
       const auto read = [&](int n) {
-        static_cast<void>(Read(Text({open, Repeated(unit.text, n)})));
+        static_cast<void>(Read(Joined({open, Repeated(unit.text, n)})));
       };
       EXPECT_TRUE(GrowsLinearly(3'000, read)) << open << ' ' << unit.text;
     }
@@ -194,16 +188,16 @@ TEST(HostileAddresses, TakeLinearTime) {
 // --- A million of each --------------------------------------------------------------------
 
 TEST(HostileAddresses, AMillionHosts) {
-  const SString text = Text({"<", Repeated("@a,", kMillion), "@b:joe@hub>"});
+  const SString text = Joined({"<", Repeated("@a,", kMillion), "@b:joe@hub>"});
   const S821Address path(text);
   EXPECT_EQ(path.Route().Count(), kMillion + 1);
   EXPECT_EQ(path.Get(), text);
   EXPECT_EQ(S822Parser(text).Addresses().Get(0), text);
-  EXPECT_EQ(S822Parser(Text({"x ", text.View()})).NextAddress().Route().Count(), kMillion + 1);
+  EXPECT_EQ(S822Parser(Joined({"x ", text.View()})).NextAddress().Route().Count(), kMillion + 1);
 }
 
 TEST(HostileAddresses, AMillionGroups) {
-  const SString text = Text({Repeated("a:;", kMillion), "joe@hub"});
+  const SString text = Joined({Repeated("a:;", kMillion), "joe@hub"});
   S822Parser parser(text);
   EXPECT_EQ(parser.NextAddress().Get(), "joe@hub");
   EXPECT_TRUE(parser.NextAddress().IsEnd());
@@ -213,26 +207,26 @@ TEST(HostileAddresses, AMillionComments) {
   const std::string many = Repeated("(a)", kMillion), deep = Repeated("(", kMillion);
   const std::string nested = deep + Repeated(")", kMillion);
   for (const std::string& comments : {many, nested}) {
-    const SString before = Text({comments, "joe@hub"});
+    const SString before = Joined({comments, "joe@hub"});
     EXPECT_EQ(S822Parser(before).NextAddress().Get(), "joe@hub");
-    const SString behind = Text({"joe@hub", comments});
+    const SString behind = Joined({"joe@hub", comments});
     EXPECT_EQ(S822Parser(behind).NextAddress().Domain(), "hub");
-    const SString within = Text({"<joe", comments, "@", comments, "hub>"});
+    const SString within = Joined({"<joe", comments, "@", comments, "hub>"});
     EXPECT_EQ(S822Parser(within).NextAddress().Get(), "joe@hub");
   }
-  const SString nestedBehind = Text({"joe@hub ", nested});
+  const SString nestedBehind = Joined({"joe@hub ", nested});
   EXPECT_EQ(S822Parser(nestedBehind).NextAddress().Comment(), std::string_view(nested));
 }
 
 TEST(HostileAddresses, AMillionWordsLabelsAndAddresses) {
   const std::string words = Repeated("a ", kMillion), labels = Repeated("a.", kMillion);
-  S822Address address = S822Parser(Text({words, "<joe@", labels, "b>"})).NextAddress();
+  S822Address address = S822Parser(Joined({words, "<joe@", labels, "b>"})).NextAddress();
   EXPECT_EQ(address.Phrase().Length(), 2 * kMillion - 1);
   EXPECT_EQ(address.Domain().Length(), 2 * kMillion + 1);
-  address = S822Parser(Text({words, "@", labels})).NextAddress();
+  address = S822Parser(Joined({words, "@", labels})).NextAddress();
   EXPECT_TRUE(address.IsValid());
   EXPECT_EQ(address.LocalPart().Length(), 2 * kMillion - 1);
-  EXPECT_EQ(S822Parser(Text({Repeated("a@b,", kMillion)})).Addresses().Count(), kMillion);
+  EXPECT_EQ(S822Parser(Joined({Repeated("a@b,", kMillion)})).Addresses().Count(), kMillion);
 }
 
 }  // namespace

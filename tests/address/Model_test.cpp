@@ -7,7 +7,6 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
-#include <cstdlib>
 #include <ostream>
 #include <random>
 #include <span>
@@ -16,6 +15,7 @@
 #include <tuple>
 
 #include "support/AddressComparison.h"
+#include "support/Exhaustive.h"
 
 namespace {
 
@@ -97,11 +97,6 @@ constexpr Subject kSubjects[] = {
     {"Repair", mailhearth::CompareRepair, kRepair, {5, 3}, {6, 1}, 2000},
     {"Bogus", mailhearth::CompareRepair, kBogus, {4, 1}, {5, 1}, 2000},
 };
-
-bool WholeIsAsked() {
-  const char* const value = std::getenv("MAILHEARTH_EXHAUSTIVE");
-  return value != nullptr && string_view(value) == "all";
-}
 
 // The tests of one shard: some of the short texts, and random ones of its own.
 class Shard {

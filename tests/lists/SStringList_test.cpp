@@ -18,6 +18,7 @@
 #include "strings/SSubString.h"
 #include "support/CheckText.h"
 #include "support/CountedNew.h"
+#include "support/FailEachAllocation.h"
 #include "support/SStringListPeek.h"
 
 // A string that an index before the beginning makes is never freed, on purpose.
@@ -46,12 +47,6 @@ void CheckUndefined(const SStringList& list, const Expected& elements = {}) {
 }
 
 int Links(const SStringList& list) { return SStringListPeek::Rep(list).links; }
-
-SStringList DefinedEmpty() {
-  SStringList list;
-  list.Reset();
-  return list;
-}
 
 // --- Nodes --------------------------------------------------------------------------------
 
@@ -528,15 +523,7 @@ TEST(SStringList, AnEditThatFindsNoMemoryLosesNothing) {
       for (int n = 0;; ++n) {
         SStringList list = {"b", "a", "a"};
         const SStringList sharer = shared ? list : SStringList();
-        bool failed = false;
-        {
-          const FailNthAllocation fault(n);
-          try {
-            row.edit(list);
-          } catch (const std::bad_alloc&) {
-          }
-          failed = fault.Fired();
-        }
+        const bool failed = FailAllocation(n, [&] { row.edit(list); }).fired;
         EXPECT_STREQ(Flaw(list), "");
         if (shared) CheckList(sharer, {"b", "a", "a"});
         if (!failed) break;

@@ -15,13 +15,13 @@
 
 #include "queue/Queue.h"
 #include "support/Clock.h"
-#include "support/CountedNew.h"
 #include "support/ErrorText.h"
 #include "support/FailEachAllocation.h"
 #include "support/FailNthCall.h"
 #include "support/Files.h"
 #include "support/Pieces.h"
 #include "support/Process.h"
+#include "support/Text.h"
 
 namespace {
 
@@ -296,16 +296,11 @@ TEST(ProcessError, WithoutMemoryLeavesNothingOpenAndNoHalfRecord) {
     const NoDescriptorLeft check;
     const SStringList text = {"line"};
     const SString context = "where", message = "what";
-    bool thrown = false;
-    {
-      const FailNthAllocation fault(n);
+    const auto work = [&] {
       errno = ENOSPC;
-      try {
-        EXPECT_EQ(ProcessError(context, message, text), 1);
-      } catch (const std::bad_alloc&) {
-        thrown = true;
-      }
-    }
+      EXPECT_EQ(ProcessError(context, message, text), 1);
+    };
+    const bool thrown = FailAllocation(n, work).thrown;
     for (const std::string& file : queue.Files()) {
       const std::string record = ReadText(queue / file);
       EXPECT_TRUE(record.ends_with(SystemLines(ENOSPC) + "Trace: router\n"));

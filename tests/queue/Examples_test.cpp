@@ -14,6 +14,7 @@
 #include "queue/SRequest.h"
 #include "support/Files.h"
 #include "support/Process.h"
+#include "support/Text.h"
 
 namespace {
 

@@ -11,6 +11,7 @@
 #include "strings/SFixedString.h"
 #include "support/ExactInput.h"
 #include "support/Files.h"
+#include "support/Text.h"
 #include "tables/SNamedStringList.h"
 
 namespace {

@@ -18,6 +18,7 @@
 #include "queue/Queue.h"
 #include "support/FailNthCall.h"
 #include "support/Files.h"
+#include "support/Text.h"
 
 namespace {
 

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "support/Files.h"
+#include "support/Text.h"
 
 namespace {
 

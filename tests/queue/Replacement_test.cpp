@@ -20,6 +20,7 @@
 #include "queue/Queue.h"
 #include "queue/SField.h"
 #include "support/Files.h"
+#include "support/Text.h"
 
 namespace {
 

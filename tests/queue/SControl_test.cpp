@@ -14,10 +14,11 @@
 #include <vector>
 
 #include "queue/Queue.h"
-#include "support/CountedNew.h"
+#include "support/FailEachAllocation.h"
 #include "support/FailNthCall.h"
 #include "support/Files.h"
 #include "support/OrdinaryUser.h"
+#include "support/Text.h"
 
 namespace {
 
@@ -531,7 +532,7 @@ TEST(Notify, EveryCallMayFail) {
 // Does `work` with each allocation failing in turn, and checks that it leaves the queue as
 // it was, or did all it should, and nothing open.
 template <class Work>
-void FailEachAllocation(Work work) {
+void CheckWithoutMemory(Work work) {
   for (int n = 0;; ++n) {
     SCOPED_TRACE(n);
     const Queue queue;
@@ -541,18 +542,14 @@ void FailEachAllocation(Work work) {
     record["Host-To:"] = "host";
     const Names before = queue.Files();
     const NoDescriptorLeft check;
-    bool failed = false;
-    {
-      const FailNthAllocation fault(n);
-      try {
-        failed = work(record) == 0;
-        EXPECT_TRUE(!failed || errno == ENOMEM);
-      } catch (const std::bad_alloc&) {
-        failed = true;
-      }
-      EXPECT_EQ(failed, fault.Fired());
-    }
-    if (!failed) {
+    const auto fails = [&] {
+      if (work(record) == 1) return;
+      EXPECT_EQ(errno, ENOMEM);
+      throw std::bad_alloc();
+    };
+    const Shortage shortage = FailAllocation(n, fails);
+    EXPECT_EQ(shortage.thrown, shortage.fired);
+    if (!shortage.thrown) {
       EXPECT_GT(n, 0);
       break;
     }
@@ -562,13 +559,13 @@ void FailEachAllocation(Work work) {
 }
 
 TEST(SControl, WithoutMemoryDoesNothing) {
-  FailEachAllocation([](SControl& record) { return record.Write(); });
-  FailEachAllocation([](SControl& record) { return record.Defer(); });
-  FailEachAllocation([](SControl& record) { return record.LinkMessage("new"); });
-  FailEachAllocation([](SControl& record) { return record.RemoveMessage(); });
+  CheckWithoutMemory([](SControl& record) { return record.Write(); });
+  CheckWithoutMemory([](SControl& record) { return record.Defer(); });
+  CheckWithoutMemory([](SControl& record) { return record.LinkMessage("new"); });
+  CheckWithoutMemory([](SControl& record) { return record.RemoveMessage(); });
   const Peer dispatcher;
   const EnvironmentKey port("DispatchSocket");
-  FailEachAllocation([&](SControl& record) {
+  CheckWithoutMemory([&](SControl& record) {
     static const std::string text = std::to_string(dispatcher.Port());
     ::setenv("DispatchSocket", text.c_str(), 1);
     return record.Notify();

@@ -18,6 +18,7 @@
 #include "support/Files.h"
 #include "support/OrdinaryUser.h"
 #include "support/TempDir.h"
+#include "support/Text.h"
 
 namespace {
 

@@ -20,9 +20,11 @@
 #include "queue/Queue.h"
 #include "support/Clock.h"
 #include "support/CountedNew.h"
+#include "support/FailEachAllocation.h"
 #include "support/FailNthCall.h"
 #include "support/Files.h"
 #include "support/OrdinaryUser.h"
+#include "support/Text.h"
 
 namespace {
 
@@ -511,17 +513,14 @@ TEST(Ask, WithoutMemoryLeavesNothingOpenAndNoRecord) {
     });
     const NoDescriptorLeft check;
     SRequest request = Question();
-    bool failed = false;
-    {
-      const FailNthAllocation fault(n);
-      try {
-        failed = request.Ask("Quota", kLong) == 0;
-        EXPECT_TRUE(!failed || errno == ENOMEM);
-      } catch (const std::bad_alloc&) {
-        failed = true;
-      }
-      EXPECT_EQ(failed, fault.Fired());
-    }
+    const auto fails = [&] {
+      if (request.Ask("Quota", kLong) == 1) return;
+      EXPECT_EQ(errno, ENOMEM);
+      throw std::bad_alloc();
+    };
+    const Shortage shortage = FailAllocation(n, fails);
+    EXPECT_EQ(shortage.thrown, shortage.fired);
+    const bool failed = shortage.thrown;
     if (!exchange.Files().empty()) ++left;
     if (!failed) {
       const AllocationCount count;
@@ -649,15 +648,7 @@ TEST(Answer, WithoutMemoryLeavesNothingOpen) {
     ASSERT_EQ(record.Write(), 1);
     SRequest request(record);
     const NoDescriptorLeft check;
-    bool thrown = false;
-    {
-      const FailNthAllocation fault(n);
-      try {
-        EXPECT_EQ(request.Answer(), 1);
-      } catch (const std::bad_alloc&) {
-        thrown = true;
-      }
-    }
+    const bool thrown = FailAllocation(n, [&] { EXPECT_EQ(request.Answer(), 1); }).thrown;
     EXPECT_EQ(asker.Take(0).has_value(), !thrown);
     EXPECT_EQ(queue.Files(), Names{"control/id-Control"});
     if (!thrown) break;

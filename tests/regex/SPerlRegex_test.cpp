@@ -9,13 +9,10 @@
 #include "lists/SStringList.h"
 #include "strings/SString.h"
 #include "support/ErrorText.h"
+#include "support/RegexDebug.h"
 #include "support/SStringListPeek.h"
 
 namespace {
-
-std::string DebugText(const SRegex& re) {
-  return ErrorText([&] { re.Debug(); });
-}
 
 // Makes an expression from a pattern in error, which is reported.
 template <class Work>

@@ -18,6 +18,7 @@
 #include "support/ErrorText.h"
 #include "support/ExactInput.h"
 #include "support/FailEachAllocation.h"
+#include "support/RegexDebug.h"
 #include "support/SStringListPeek.h"
 
 namespace {
@@ -45,10 +46,6 @@ void CheckUnusable(const SRegex& re) {
   SString s("abc");
   EXPECT_FALSE(re.Subst(s, "x", "g").Defined());
   EXPECT_EQ(s, "abc");
-}
-
-std::string DebugText(const SRegex& re) {
-  return ErrorText([&] { re.Debug(); });
 }
 
 TEST(SRegex, NeverCompiled) {

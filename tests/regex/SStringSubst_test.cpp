@@ -14,6 +14,7 @@
 #include "support/CountedNew.h"
 #include "support/ErrorText.h"
 #include "support/ExactInput.h"
+#include "support/FailEachAllocation.h"
 #include "support/Growth.h"
 #include "support/SStringListPeek.h"
 
@@ -306,14 +307,7 @@ TEST(Substitution, ThatFindsNoMemoryLeavesTheStringAsItWas) {
   for (int n = 0;; ++n) {
     SString s("abcabc");
     const SString sharer(s);
-    bool fired = true;
-    try {
-      const FailNthAllocation fault(n);
-      re.Subst(s, replacement, "g");
-      fired = fault.Fired();
-    } catch (const std::bad_alloc&) {
-    }
-    if (!fired) break;
+    if (!FailAllocation(n, [&] { re.Subst(s, replacement, "g"); }).fired) break;
     EXPECT_EQ(s, "abcabc");
     EXPECT_STREQ(Flaw(s), "");
     EXPECT_EQ(sharer, "abcabc");
@@ -325,14 +319,10 @@ TEST(Substitution, WithTextThatFindsNoMemoryLeavesTheStringAsItWas) {
   for (const char* const pattern : {"(b)c?", ""}) {
     for (int n = 0;; ++n) {
       SString s("abcabc");
-      bool fired = true;
-      try {
-        const FailNthAllocation fault(n);
+      const auto edit = [&] {
         s.S(pattern, "<$1>, and more than fits into the room of the string", "g");
-        fired = fault.Fired();
-      } catch (const std::bad_alloc&) {
-      }
-      if (!fired) break;
+      };
+      if (!FailAllocation(n, edit).fired) break;
       EXPECT_EQ(s, "abcabc");
     }
   }

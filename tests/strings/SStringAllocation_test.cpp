@@ -4,6 +4,7 @@
 
 #include "strings/SString.h"
 #include "support/CountedNew.h"
+#include "support/FailEachAllocation.h"
 #include "support/SStringPeek.h"
 
 namespace {
@@ -124,12 +125,7 @@ void CheckEveryFailure(const Row& row, SString (*make)(), bool shared) {
     const SString sharer = shared ? s : SString();
     const SString before(s.Data(), s.Length());
     const SStringRep* const rep = &SStringPeek::Rep(s);
-    try {
-      const FailNthAllocation fault(n);
-      row.edit(s);
-      if (!fault.Fired()) return;
-    } catch (const std::bad_alloc&) {
-    }
+    if (!FailAllocation(n, [&] { row.edit(s); }).fired) return;
     EXPECT_TRUE(s == before);
     EXPECT_EQ(&SStringPeek::Rep(s), rep);
     EXPECT_EQ(rep->links, shared ? 2 : 1);

@@ -16,6 +16,7 @@
 #include "support/ExactInput.h"
 #include "support/SStringListPeek.h"
 #include "support/SlowAddress.h"
+#include "support/Text.h"
 
 inline namespace mailhearth {
 
@@ -32,8 +33,6 @@ class Open : public Parser {
 using OpenPath = Open<S821Parser>;
 using OpenList = Open<S822Parser>;
 using List = std::vector<std::string>;
-
-std::string Text(const SString& string) { return std::string(string.View()); }
 
 std::string Spelled(std::string_view text) {
   std::string spelled;
@@ -69,7 +68,7 @@ SlowToken Next(SlowAddressParser& parser) { return parser.NextToken(); }
 
 SlowToken Next(SParser& parser) {
   const SToken token = parser.NextToken();
-  return {token.Type(), Text(token.Text())};
+  return {token.Type(), Bytes(token.Text())};
 }
 
 std::string Put(const SlowToken& token) { return std::to_string(token.type) + ':' + token.text; }
@@ -122,8 +121,8 @@ std::string PutPath(const SlowAddress& address) {
 }
 
 std::string PutPath(const S821Address& address) {
-  return Status(address) + Put(Texts(address.Route())) + " '" + Text(address.LocalPart()) +
-         "' at '" + Text(address.Domain()) + "' as " + Text(address.S821Address::Address());
+  return Status(address) + Put(Texts(address.Route())) + " '" + Bytes(address.LocalPart()) +
+         "' at '" + Bytes(address.Domain()) + "' as " + Bytes(address.S821Address::Address());
 }
 
 std::string PutListed(const SlowAddress& address) {
@@ -132,8 +131,8 @@ std::string PutListed(const SlowAddress& address) {
 }
 
 std::string PutListed(const S822Address& address) {
-  return PutPath(address) + " phrase " + Text(address.Phrase()) + " comment " +
-         Text(address.Comment()) + " as " + Text(address.Get()) + (address.IsEnd() ? " end" : "");
+  return PutPath(address) + " phrase " + Bytes(address.Phrase()) + " comment " +
+         Bytes(address.Comment()) + " as " + Bytes(address.Get()) + (address.IsEnd() ? " end" : "");
 }
 
 // The path at the beginning and the one behind it, what follows, and the whole as a domain.
@@ -224,7 +223,7 @@ AddressComparison CompareWhole(std::string_view text) {
   const bool domain = SlowIsValidDomain(plain);
   return Compared("the whole", text,
                   put(IsValidDomain(fixed), parser.IsValidElement(fixed), IsValidLiteral(fixed),
-                      parser._TokenType(fixed), Text(local)),
+                      parser._TokenType(fixed), Bytes(local)),
                   put(domain, SlowIsValidElement(plain), SlowIsValidLiteral(plain),
                       SlowTokenType(plain), SlowFixLocalPart(plain)),
                   domain);
@@ -235,7 +234,7 @@ AddressComparison CompareJoined(std::string_view text) {
   const OpenPath parser("", 1);
   SStringList tokens;
   for (const std::string& piece : pieces) tokens.Push(SString(std::string_view(piece)));
-  const auto joined = [&](char separator) { return Text(parser._JoinTokens(tokens, separator)); };
+  const auto joined = [&](char separator) { return Bytes(parser._JoinTokens(tokens, separator)); };
   const std::string spaced = SlowJoinTokens(pieces, ' ');
   return Compared("the joined", text, joined(' ') + '\n' + joined('.'),
                   spaced + '\n' + SlowJoinTokens(pieces, '.'), spaced.find(' ') != spaced.npos);
@@ -245,7 +244,7 @@ AddressComparison CompareRepair(std::string_view text) {
   const ExactInput input(text);
   SFixedString fixed(input.Data(), input.Length());
   const std::string repaired = SlowFixBogusAddress(std::string(text));
-  return Compared("the repair", text, Text(FixBogusAddress(fixed)), repaired, repaired != "<>");
+  return Compared("the repair", text, Bytes(FixBogusAddress(fixed)), repaired, repaired != "<>");
 }
 
 }  // namespace mailhearth

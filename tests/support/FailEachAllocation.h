@@ -10,6 +10,26 @@
 #include "support/CountedNew.h"
 #include "support/TempDir.h"
 
+// How work ended.
+struct Shortage {
+  bool fired = false;   // whether it came to the allocation that failed
+  bool thrown = false;  // whether it threw std::bad_alloc
+};
+
+// Does work with its `n`-th allocation failing, counted from 0.
+template <class Work>
+Shortage FailAllocation(int n, Work work) {
+  Shortage shortage;
+  const FailNthAllocation fault(n);
+  try {
+    work();
+  } catch (const std::bad_alloc&) {
+    shortage.thrown = true;
+  }
+  shortage.fired = fault.Fired();
+  return shortage;
+}
+
 // Calls `edit` on what `make` returns, made anew each time: first with its first allocation
 // failing, then with its second, until none is left to fail. Checks that each failure comes
 // out as std::bad_alloc and leaves no descriptor; then `check` looks at what the edit has left
@@ -21,19 +41,10 @@ int FailEachAllocation(Make make, Edit edit, Check check) {
     SCOPED_TRACE(n);
     auto made = make();
     const int open = OpenDescriptors();
-    bool fired = false, thrown = false;
-    {
-      const FailNthAllocation fault(n);
-      try {
-        edit(made);
-      } catch (const std::bad_alloc&) {
-        thrown = true;
-      }
-      fired = fault.Fired();
-    }
-    EXPECT_EQ(thrown, fired);
+    const Shortage shortage = FailAllocation(n, [&] { edit(made); });
+    EXPECT_EQ(shortage.thrown, shortage.fired);
     EXPECT_EQ(OpenDescriptors(), open);
-    if (!fired) {
+    if (!shortage.fired) {
       EXPECT_GT(n, 0) << "nothing is allocated";
       return n;
     }

@@ -1,4 +1,4 @@
-// Files as tests see them, and texts in the library's own strings.
+// Files as tests see them.
 
 #ifndef MAILHEARTH_TESTS_SUPPORT_FILES_H
 #define MAILHEARTH_TESTS_SUPPORT_FILES_H
@@ -10,13 +10,9 @@
 #include <fstream>
 #include <iterator>
 #include <string>
-#include <string_view>
 #include <vector>
 
-#include "strings/SString.h"
 #include "support/TempDir.h"
-
-inline SString Text(std::string_view s) { return SString(s); }
 
 inline std::string ReadText(const std::string& path) {
   std::ifstream in(path, std::ios::binary);

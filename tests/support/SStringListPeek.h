@@ -29,6 +29,12 @@ inline const char* Flaw(const SStringList& list) {
   return item == rep.root ? "" : "the ring does not close after `count` nodes";
 }
 
+inline SStringList DefinedEmpty() {
+  SStringList list;
+  list.Reset();
+  return list;
+}
+
 // The elements as text, an undefined one as "(undefined)".
 inline std::vector<std::string> Texts(const SStringList& list) {
   std::vector<std::string> texts;

@@ -6,6 +6,7 @@
 #include "address/SToken.h"
 #include "lists/SStringList.h"
 #include "strings/SString.h"
+#include "support/Text.h"
 
 inline namespace mailhearth {
 
@@ -665,10 +666,6 @@ std::optional<SlowAddressParser::List> SlowAddressParser::Addresses() {
 
 namespace {
 
-std::string Text(const SString& string) { return std::string(string.View()); }
-
-SString Made(const std::string& text) { return {text.data(), static_cast<int>(text.size())}; }
-
 // The envelope form of `text`, empty unless it is an address.
 std::string Checked(const std::string& text) {
   const std::string form =
@@ -678,7 +675,7 @@ std::string Checked(const std::string& text) {
 
 std::string RepairedDomain(const std::string& text) {
   std::vector<std::string> labels;
-  for (const SString& label : Made(text).Split("[\\s.,]+")) labels.push_back(Text(label));
+  for (const SString& label : Text(text).Split("[\\s.,]+")) labels.push_back(Bytes(label));
   if (!labels.empty() && labels.front().empty()) labels.erase(labels.begin());
   if (!labels.empty() && labels.back().empty()) labels.pop_back();
   const std::string domain = JoinWith(labels, ".");
@@ -690,7 +687,7 @@ std::string RepairedDomain(const std::string& text) {
 }  // namespace
 
 std::string SlowFixBogusAddress(const std::string& offered) {
-  SString text = Made(offered);
+  SString text = Text(offered);
   if (text.HasMatch("<.*>")) {
     text.S("^.+<", "");
     text.S(">.+$", "");
@@ -700,12 +697,12 @@ std::string SlowFixBogusAddress(const std::string& offered) {
   const std::size_t at = text.View().find('@');
   if (at != std::string_view::npos && at > 0) {
     const SStringList parts = text.M("^(.*)@([^@]*)$");
-    const std::string before = Text(parts[1]), behind = Text(parts[2]);
+    const std::string before = Bytes(parts[1]), behind = Bytes(parts[2]);
     if (Has(before, '@')) {
       const std::string quoted = '"' + before + "\"@" + behind;
       const std::string form = Checked(quoted);
       if (!form.empty()) return form;
-      text = Made(quoted);
+      text = Text(quoted);
     }
   }
   SStringList pieces = text.Split("\\s*(@\\s*)+");
@@ -716,11 +713,11 @@ std::string SlowFixBogusAddress(const std::string& offered) {
     pieces = SStringList({local, pieces.Get(1)});
   }
   if (pieces.Count() == 1) {
-    const std::string form = Checked(Text(text));
+    const std::string form = Checked(Bytes(text));
     return form.empty() ? "<>" : form;
   }
   if (pieces.Count() != 2) return "<>";
-  const std::string local = Text(pieces.Get(0)), domain = RepairedDomain(Text(pieces.Get(1)));
+  const std::string local = Bytes(pieces.Get(0)), domain = RepairedDomain(Bytes(pieces.Get(1)));
   if (domain.empty()) return "<>";
   for (const std::string& form :
        {Checked('<' + local + '@' + domain + '>'), Checked("<\"" + local + "\"@" + domain + '>')}) {

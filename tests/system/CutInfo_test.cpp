@@ -7,12 +7,11 @@
 #include <cstdlib>
 #include <filesystem>
 #include <functional>
-#include <new>
 #include <string>
 #include <string_view>
 
 #include "support/CheckText.h"
-#include "support/CountedNew.h"
+#include "support/FailEachAllocation.h"
 #include "support/TempDir.h"
 
 namespace {
@@ -102,20 +101,12 @@ TEST(GetCutInfo, WithoutMemoryReadsAtTheNextCall) {
     const std::string trace = dir / "fired";
     WithCutFile(dir, [&] {
       const int open = OpenDescriptors();
-      bool fired = false, thrown = false;
-      {
-        const FailNthAllocation fault(n);
-        try {
-          CheckText(GetCutInfo("version"), "3.1 beta");
-        } catch (const std::bad_alloc&) {
-          thrown = true;
-        }
-        fired = fault.Fired();
-      }
-      EXPECT_EQ(thrown, fired);
+      const Shortage shortage =
+          FailAllocation(n, [] { CheckText(GetCutInfo("version"), "3.1 beta"); });
+      EXPECT_EQ(shortage.thrown, shortage.fired);
       EXPECT_EQ(OpenDescriptors(), open);
       CheckText(GetCutInfo("version"), "3.1 beta");
-      if (fired) dir.File("fired", "");
+      if (shortage.fired) dir.File("fired", "");
     });
     more = std::filesystem::remove(trace);
     if (!more) {

@@ -16,6 +16,7 @@
 #include "support/ExactInput.h"
 #include "support/Process.h"
 #include "support/TempDir.h"
+#include "support/Text.h"
 
 namespace {
 
@@ -35,8 +36,6 @@ constexpr Vector kVectors[] = {
     {"12345678901234567890123456789012345678901234567890123456789012345678901234567890",
      "57edf4a22be3c955ac49da2e2107b67a"},
 };
-
-SString Text(const std::string& s) { return SString(std::string_view(s)); }
 
 std::string RandomBytes(std::mt19937& random, std::size_t n) {
   std::string bytes;

@@ -15,13 +15,12 @@
 #include "support/FailNthCall.h"
 #include "support/OrdinaryUser.h"
 #include "support/TempDir.h"
+#include "support/Text.h"
 #include "system/FileStatus.h"
 
 namespace {
 
 namespace fs = std::filesystem;
-
-SString Text(const std::string& s) { return SString(std::string_view(s)); }
 
 std::vector<std::string> Sorted(const SStringList& list) {
   std::vector<std::string> texts;

@@ -16,12 +16,11 @@
 
 #include "support/FailNthCall.h"
 #include "support/TempDir.h"
+#include "support/Text.h"
 
 namespace {
 
 namespace fs = std::filesystem;
-
-SString Text(const std::string& s) { return SString(std::string_view(s)); }
 
 // Returns whether another process answers true.
 bool InAnotherProcess(const std::function<bool()>& work) {

@@ -26,38 +26,21 @@
 #include "support/ErrorText.h"
 #include "support/FailEachAllocation.h"
 #include "support/FailNthCall.h"
+#include "support/Files.h"
 #include "support/OrdinaryUser.h"
 #include "support/Pieces.h"
 #include "support/TempDir.h"
+#include "support/Text.h"
 
 namespace {
 
 namespace fs = std::filesystem;
-
-SString Text(const std::string& s) { return SString(std::string_view(s)); }
-
-std::string ReadText(const std::string& path) {
-  std::ifstream in(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(in), {}};
-}
 
 mode_t ModeOf(const std::string& path) {
   struct stat status = {};
   EXPECT_EQ(::lstat(path.c_str(), &status), 0);
   return status.st_mode & 07777;
 }
-
-// Checks that no descriptor is left open.
-class NoDescriptorLeft {
- public:
-  NoDescriptorLeft() = default;
-  ~NoDescriptorLeft() { EXPECT_EQ(OpenDescriptors(), before_); }
-  NoDescriptorLeft(const NoDescriptorLeft&) = delete;
-  NoDescriptorLeft& operator=(const NoDescriptorLeft&) = delete;
-
- private:
-  const int before_ = OpenDescriptors();
-};
 
 TEST(RemoveFile, RemovesFilesAndRefusesDirectories) {
   const TempDir dir;

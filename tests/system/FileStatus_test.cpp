@@ -19,6 +19,7 @@
 #include "support/Clock.h"
 #include "support/OrdinaryUser.h"
 #include "support/TempDir.h"
+#include "support/Text.h"
 
 // The file system, as long as a test has them stand in.
 namespace {
@@ -49,8 +50,6 @@ int __wrap_statvfs(const char* path, struct statvfs* out) {
 namespace {
 
 namespace fs = std::filesystem;
-
-SString Text(const std::string& path) { return path.c_str(); }
 
 // All that can be asked about a path.
 struct Answers {

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "support/Files.h"
+#include "support/Text.h"
 #include "tables/SNamedStringList.h"
 
 namespace {

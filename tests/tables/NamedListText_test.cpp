@@ -15,6 +15,7 @@
 #include "support/FailEachAllocation.h"
 #include "support/Growth.h"
 #include "support/SStringListPeek.h"
+#include "support/Text.h"
 #include "tables/SNamedStringList.h"
 
 namespace {
@@ -304,12 +305,6 @@ TEST(NamedListText, AnyTextIsReadByTheRulesAndWhatItSaysIsWrittenAndReadAgain) {
 }
 
 // --- Hostile texts ------------------------------------------------------------------------
-
-std::string Repeated(std::string_view part, int n) {
-  std::string text;
-  for (; n > 0; --n) text += part;
-  return text;
-}
 
 TEST(NamedListText, HugeTextsAreRead) {
   struct Huge {

@@ -26,12 +26,6 @@ using Names = std::vector<std::string>;
 constexpr unsigned kNoCase = 0;
 constexpr unsigned kCase = 1;
 
-SStringList DefinedEmpty() {
-  SStringList list;
-  list.Reset();
-  return list;
-}
-
 // Lets the table be looked at.
 struct Open : SNamedStringList {
   using SNamedStringList::operator=;

@@ -21,6 +21,7 @@
 #include "support/Growth.h"
 #include "support/SStringListPeek.h"
 #include "support/STablePeek.h"
+#include "support/Text.h"
 
 namespace {
 
@@ -42,8 +43,6 @@ struct Numbered : STableItem {
   int number;
   Names* gone;
 };
-
-SString Text(const std::string& s) { return SString(std::string_view(s)); }
 
 void AddNumber(STable& table, const std::string& key, int n, Names* gone = nullptr) {
   table.Add(Text(key), new Numbered(n, gone));
