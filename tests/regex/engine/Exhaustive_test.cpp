@@ -7,7 +7,6 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
-#include <cstdlib>
 #include <ostream>
 #include <span>
 #include <string>
@@ -16,6 +15,7 @@
 #include <vector>
 
 #include "support/ExactInput.h"
+#include "support/Exhaustive.h"
 #include "support/RegexComparison.h"
 
 namespace {
@@ -76,11 +76,6 @@ constexpr Alphabet kAlphabets[] = {
     {"elements", kElements, "ab-[^", false, {6, 2, 40}, {7, 2, 1}},
     {"bounds", kBounds, "a{1", false, {7, 3, 40}, {8, 3, 1}},
 };
-
-bool WholeIsAsked() {
-  const char* const value = std::getenv("MAILHEARTH_EXHAUSTIVE");
-  return value != nullptr && string_view(value) == "all";
-}
 
 // Every text of up to `most` of the bytes.
 std::vector<ExactInput> Texts(string_view bytes, int most) {

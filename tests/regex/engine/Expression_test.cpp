@@ -17,17 +17,12 @@
 #include "support/ExactInput.h"
 #include "support/FailEachAllocation.h"
 #include "support/Growth.h"
+#include "support/Text.h"
 
 namespace {
 
 using mailhearth::engine::ErrorText;
 using mailhearth::engine::Expression;
-
-std::string Repeated(std::string_view text, int times) {
-  std::string whole;
-  for (int i = 0; i < times; ++i) whole += text;
-  return whole;
-}
 
 std::string Joined(std::initializer_list<std::string_view> parts) {
   std::string whole;
@@ -369,14 +364,7 @@ TEST(Expression, SurvivesAnExhaustedMemory) {
   EXPECT_EQ(status, 0);
   for (int n = 0;; ++n) {
     const auto expression = Compiled(kPattern);
-    bool fired = false;
-    try {
-      FailNthAllocation fault(n);
-      static_cast<void>(Find(*expression, text));
-      fired = fault.Fired();
-    } catch (const std::bad_alloc&) {
-      fired = true;
-    }
+    const bool fired = FailAllocation(n, [&] { static_cast<void>(Find(*expression, text)); }).fired;
     EXPECT_EQ(Find(*expression, text), expected) << "after " << n << " allocations";
     if (!fired) break;
   }
