@@ -97,9 +97,15 @@ class MAILHEARTH_EXPORT SStringList {
     SString text;
 
     template <class Text>
-    requires(std::constructible_from<SString, Text> &&
-             !std::is_arithmetic_v<std::remove_reference_t<Text>>) Element(Text&& t)
-        : text(std::forward<Text>(t)) {}
+    requires(std::constructible_from<SString, const Text&> && !std::is_arithmetic_v<Text>)
+        Element(const Text& t)
+        : text(t) {}
+
+    // For SFixedString, which a string shares only where it is no constant.
+    template <class Text>
+    requires(std::constructible_from<SString, Text&> &&
+             !std::constructible_from<SString, const Text&>) Element(Text& t)
+        : text(t) {}
   };
 
   // As the standard names them.
@@ -363,7 +369,7 @@ class MAILHEARTH_EXPORT SStringList {
 // Returns the number of bytes of all elements together: not the number of elements.
 [[nodiscard]] MAILHEARTH_EXPORT int Length(const SStringList& list);
 
-// Writes the bytes of all elements, with nothing between them.
+// Writes the bytes of all elements, with nothing between them. The stream's width is ignored.
 MAILHEARTH_EXPORT std::ostream& operator<<(std::ostream& os, SStringList list);
 
 // Reads lines, their ends kept, until the end of input or a line that is a line feed alone,

@@ -1,5 +1,5 @@
-// Bytes sixteen at a time, as vectors of the compilers' own: right on every machine, and fast
-// where it has vectors.
+// Not installed. Bytes sixteen at a time, as vectors of the compilers' own: right on every machine,
+// and fast where it has vectors.
 
 #ifndef MAILHEARTH_STRINGS_BLOCKS_H
 #define MAILHEARTH_STRINGS_BLOCKS_H

@@ -185,12 +185,12 @@ class MAILHEARTH_EXPORT SString {
   }
 
   // The same as members that can be called by name and pointed to.
-  [[nodiscard]] bool operator<(const SString& t) const { return (*this <=> t) < 0; }
-  [[nodiscard]] bool operator<(const char* s) const { return (*this <=> s) < 0; }
-  [[nodiscard]] bool operator<(char c) const { return (*this <=> c) < 0; }
-  [[nodiscard]] bool operator>(const SString& t) const { return (*this <=> t) > 0; }
-  [[nodiscard]] bool operator>(const char* s) const { return (*this <=> s) > 0; }
-  [[nodiscard]] bool operator>(char c) const { return (*this <=> c) > 0; }
+  [[nodiscard]] bool operator<(const SString& t) const { return View() < t.View(); }
+  [[nodiscard]] bool operator<(const char* s) const { return View() < _Text(s); }
+  [[nodiscard]] bool operator<(char c) const { return View() < std::string_view(&c, 1); }
+  [[nodiscard]] bool operator>(const SString& t) const { return View() > t.View(); }
+  [[nodiscard]] bool operator>(const char* s) const { return View() > _Text(s); }
+  [[nodiscard]] bool operator>(char c) const { return View() > std::string_view(&c, 1); }
 
   // Returns a new array of Length() + 1 bytes, the string's and a NUL; null when memory is
   // short. The caller frees it with `delete[]`.

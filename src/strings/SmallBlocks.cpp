@@ -49,7 +49,7 @@ void SmallBlocks::_GiveWithoutRoom(void* block, std::size_t sizeClass) noexcept 
   if (kept_.room < kSizes[sizeClass]) {
     ::operator delete(block);
   } else {
-    Give(block, sizeClass);
+    _Keep(block, sizeClass);
   }
 }
 

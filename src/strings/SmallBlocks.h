@@ -51,11 +51,9 @@ class SmallBlocks {
 
   // Gives back a block of that class, taken by any thread.
   static void Give(void* block, std::size_t sizeClass) noexcept {
-    Kept& kept = kept_;
-    if (kept.room < kSizes[sizeClass]) [[unlikely]]
+    if (kept_.room < kSizes[sizeClass]) [[unlikely]]
       return _GiveWithoutRoom(block, sizeClass);
-    kept.room -= kSizes[sizeClass];
-    kept.first[sizeClass] = ::new (block) Free{kept.first[sizeClass]};
+    _Keep(block, sizeClass);
   }
 
   // Bytes that this thread keeps.
@@ -81,6 +79,13 @@ class SmallBlocks {
   };
 
   struct CleanUp;
+
+  // Needs: room.
+  static void _Keep(void* block, std::size_t sizeClass) noexcept {
+    Kept& kept = kept_;
+    kept.room -= kSizes[sizeClass];
+    kept.first[sizeClass] = ::new (block) Free{kept.first[sizeClass]};
+  }
 
   static void _GiveWithoutRoom(void* block, std::size_t sizeClass) noexcept;
 

@@ -1,5 +1,5 @@
-// A path as the system takes it, and what a function answers that promises a result where
-// memory runs out.
+// Not installed. A path as the system takes it, and what a function answers that promises a result
+// where memory runs out.
 
 #ifndef MAILHEARTH_SYSTEM_PATHTEXT_H
 #define MAILHEARTH_SYSTEM_PATHTEXT_H

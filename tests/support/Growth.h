@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <ctime>
 
+#include "support/CountedNew.h"
+
 // Returns the processor time that the cheapest of some calls of `work` takes, in clock ticks.
 template <class Work>
 double TicksOf(Work work) {
@@ -22,6 +24,7 @@ double TicksOf(Work work) {
 // Measures again before it says no: other programs are running too.
 template <class Work>
 bool GrowsLinearly(int n, Work work) {
+  const EveryBlockNew everyBlockNew;  // or small work would be cheaper by what is kept for it
   for (int attempt = 0; attempt < 10; ++attempt) {
     const double once = TicksOf([&] { work(n); });
     const double fourTimes = TicksOf([&] { work(4 * n); });
