@@ -1,9 +1,9 @@
-// What the shared library shows; everything else stays hidden in it.
+// Marks the names that the shared library exports; all others stay hidden in it.
 
 #ifndef MAILHEARTH_STRINGS_EXPORT_H
 #define MAILHEARTH_STRINGS_EXPORT_H
 
-// Stands before a class, or a function, that the shared library shows.
+// Goes before a class or a function that the shared library exports.
 #define MAILHEARTH_EXPORT __attribute__((visibility("default")))
 
 #endif  // MAILHEARTH_STRINGS_EXPORT_H

@@ -1,16 +1,16 @@
-// SFixedString is a representation on bytes that somebody else keeps, for handing text
-// about without copying it. Strings made from it share it; the first edit of such a
-// string copies the bytes, as it does for any shared string.
+// SFixedString is a representation over bytes that somebody else owns: it passes text on
+// without copying. Strings made from it share it; the first edit of such a string copies
+// the bytes, as it does for any shared string.
 //
-// The bytes need not end in a NUL. They must outlive the object and, until it copies,
-// every string made from it. A string that still shares the object when it goes would
-// point at freed memory: then the process exits at once, with status 110.
+// The bytes need not end in a NUL. They must outlive the object and every string made from
+// it, until that string copies them. A string that still shares the object when the object
+// is destroyed would point at freed memory: the process then exits at once, with status 110.
 //
 //   SFixedString line(buffer, 80);
 //   Consume(line);                       // takes a const SString&; nothing is copied
 //   line.SetBuffer(buffer + 80, 80);     // all strings that share it see the new bytes
 //
-// Neither copyable nor movable: strings know it by its address.
+// Neither copyable nor movable: strings hold its address.
 
 #ifndef MAILHEARTH_STRINGS_SFIXEDSTRING_H
 #define MAILHEARTH_STRINGS_SFIXEDSTRING_H
@@ -42,8 +42,8 @@ class MAILHEARTH_EXPORT SFixedString : public SStringRep {
   operator SString() { return SString(this); }
 
  private:
-  // The object itself and one more, so that no string is ever the last to let go of it,
-  // nor the only one, and each copies before it writes.
+  // One link for the object itself and one more, so that no string is ever the last or the
+  // only handle, and each copies before it writes.
   static constexpr int kAtRest = 2;
 };
 

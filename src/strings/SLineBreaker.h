@@ -1,15 +1,15 @@
-// SLineBreaker hands out the lines of a text one by one, as views into it: nothing is
+// SLineBreaker returns the lines of a text one by one, as views into the text: nothing is
 // copied. A line ends with a line feed, or with a carriage return and a line feed.
 //
 //   SLineBreaker lines(text, 1);
 //   for (SString line; lines.ReadLine(line);) Consume(line);
-//   Consume(lines.GetRemainder());       // the last line, if it has no end
+//   Consume(lines.GetRemainder());       // the last line, if no line end follows it
 //
-// The caller keeps `text` alive and unchanged: a temporary will not do. Every line is a view on the
-// same representation: the next call changes what all strings that share it show. Who keeps a line
-// copies it, by SString(line.Data(), line.Length()). A string from the breaker that has not been
-// released or reassigned when the breaker goes ends the process with status 110, as for any
-// SFixedString.
+// The caller keeps `text` alive and unchanged: a temporary will not do. Every line is a view
+// on one representation, so the next call changes the bytes of all strings that share it. To
+// keep a line, copy it: SString(line.Data(), line.Length()). If a string from the breaker has
+// not been released or reassigned when the breaker is destroyed, the process exits with
+// status 110, as for any SFixedString.
 //
 // Neither copyable nor movable.
 
@@ -24,20 +24,21 @@ inline namespace mailhearth {
 
 class MAILHEARTH_EXPORT SLineBreaker {
  public:
-  // Breaks `text`; an undefined one counts as empty. With `stripEnds` 0 the lines keep
-  // their ends, otherwise these are left out.
+  // Breaks `text`; an undefined text counts as empty. With `stripEnds` 0 the lines keep
+  // their line ends, otherwise these are left out.
   SLineBreaker(const SString& text, unsigned int stripEnds);
 
-  // Makes `out` share the next line and returns 1; when no line end is left, makes it
+  // Makes `out` share the next line and returns 1. When no line end is left, makes `out`
   // undefined and returns 0.
   //
-  // Known and kept: before giving up, the length that `out` has on entry is looked at. If
-  // that lies beyond where the line starts, the line goes up to there, one byte more
-  // counting as its end, but never past the text. A caller who hands back the line before,
-  // or an undefined string, need not care.
+  // Known and kept: when no line end is left, the length that `out` has on entry counts
+  // first. If it is greater than the position at which the line starts, the line extends to
+  // the position of that number; the one byte after it counts as the line end. Neither goes
+  // past the text. A caller that passes the previous line or an undefined string can ignore
+  // this.
   int ReadLine(SString& out);
 
-  // Returns a view of what has not been handed out yet.
+  // Returns a view of the text that has not been returned yet.
   [[nodiscard]] SString GetRemainder();
 
  private:

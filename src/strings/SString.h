@@ -1,11 +1,11 @@
-// SString is the string of this library: a handle on shared bytes. Copying shares
-// them at the cost of a counter; the first edit through a handle that is not alone
-// copies the bytes first, so no other handle notices.
+// SString is the string of this library: a copy-on-write handle on shared bytes. Copying a
+// handle costs a counter. The first edit through a handle that is not alone copies the
+// bytes, so no other handle notices.
 //
-// The bytes may include NUL. One more NUL always follows the last of them, unless
-// the string views bytes that somebody else keeps; Terminated() serves for both.
-// A string holds at most 2^31 - 2 bytes; an operation that would exceed that runs
-// the new-handler and throws std::bad_alloc, like one that finds no memory.
+// The bytes may include NUL. One more NUL always follows the last byte, unless the string
+// views bytes that somebody else owns; Terminated() serves for both. A string holds at most
+// 2^31 - 2 bytes. An operation that would exceed this limit runs the new-handler and throws
+// std::bad_alloc, as does one that finds no memory.
 //
 // A string is undefined (made by the default constructor) or defined, possibly
 // empty. The two compare equal, and only code that must tell "no file" from "empty
@@ -54,7 +54,7 @@ concept OtherText = std::convertible_to<const Text&, std::string_view> &&
 
 class MAILHEARTH_EXPORT SString {
  public:
-  // An undefined string. Costs one allocation, as every string does that is not made
+  // An undefined string. Costs one allocation, as does every string that is not made
   // from another SString.
   SString();
 
@@ -64,8 +64,8 @@ class MAILHEARTH_EXPORT SString {
   // Moves from `other`, leaving it undefined.
   SString(SString&& other) noexcept : rep_(std::exchange(other.rep_, SStringRep::Undefined())) {}
 
-  // A handle on a representation made elsewhere, counted in its `links`.
-  // Needs: `rep` is not null; SStringRep.h tells who frees it.
+  // A handle on a representation made elsewhere; its `links` count this handle too.
+  // Needs: `rep` is not null. SStringRep.h tells who frees it.
   SString(SStringRep* rep) noexcept : rep_(rep) { rep_->Link(); }
 
   // A copy of the NUL-terminated text `s`; of a null `s`, defined and empty.
@@ -96,9 +96,9 @@ class MAILHEARTH_EXPORT SString {
 
   ~SString() { _Free(); }
 
-  // Assignment from a string shares its bytes; from a number, those of a new one.
-  // From text or a byte, the bytes are copied into the room there is if this handle
-  // is the only one on it.
+  // Assigning a string shares its bytes; assigning a number makes a new string. Assigning
+  // text or a byte copies the bytes, into the existing buffer if this handle is the only
+  // one on it.
   SString& operator=(const SString& other) noexcept;
   SString& operator=(SString&& other) noexcept;
   SString& operator=(const char* s);
@@ -115,26 +115,27 @@ class MAILHEARTH_EXPORT SString {
   // Number of bytes.
   [[nodiscard]] int Length() const { return rep_->length; }
 
-  // Whether the string has bytes at all, be it none of them.
+  // Whether the string is defined, even if it is empty.
   [[nodiscard]] bool Defined() const { return rep_->buffer != nullptr; }
 
-  // The bytes; never null. A NUL follows the last of them unless the string is a
-  // view: text for the C library goes through Terminated().
+  // The bytes; never null. A NUL follows the last byte unless the string is a view: pass
+  // text to the C library through Terminated().
   [[nodiscard]] const char* Data() const { return Defined() ? rep_->buffer : ""; }
   [[nodiscard]] std::string_view View() const {
     return {Data(), static_cast<std::size_t>(rep_->length)};
   }
 
-  // The value of the number that the text begins with, as strtod reads it in the C
-  // locale: leading white space is skipped, what follows the number is ignored. 0
-  // when there is none; past the range of the type an infinity or a zero, with errno
-  // ERANGE. For the value of a double or float only: other arithmetic is ambiguous.
+  // Returns the number that the text begins with, as strtod reads it in the C locale:
+  // leading white space is skipped, and text after the number is ignored. Returns 0 when
+  // the text begins with no number, and an infinity or a zero, with errno ERANGE, when the
+  // number is out of the type's range. Convert to double or float only: other arithmetic
+  // is ambiguous.
   operator double() const;
   operator float() const;
 
-  // Appends. Nothing happens for an empty operand, so an undefined string stays
-  // undefined; a byte is always appended, NUL too. A byte costs amortised constant
-  // time: the room for bytes doubles when it is used up.
+  // Appends. An empty operand changes nothing, so an undefined string stays undefined; a
+  // byte is always appended, even NUL. Appending a byte takes amortised constant time: a
+  // full buffer doubles.
   SString& operator+=(const SString& t);
   SString& operator+=(const char* s);
   SString& operator+=(char c);
@@ -145,7 +146,7 @@ class MAILHEARTH_EXPORT SString {
     return *this;
   }
 
-  // Not for numbers, which would go in as bytes: append SString(number), or a char.
+  // Not for numbers, which would be appended as bytes: append SString(number), or a char.
   template <class Number>
   requires(std::is_arithmetic_v<Number> || std::is_enum_v<Number>) SString& operator+=(Number) =
       delete;
@@ -160,19 +161,19 @@ class MAILHEARTH_EXPORT SString {
   [[nodiscard]] SString operator+(const char* s) && { return _Plus(_Text(s)); }
   [[nodiscard]] SString operator+(char c) && { return std::move(*this += c); }
 
-  // Returns the byte at position `i`; a negative `i` counts from the end, -1 being
-  // the last byte. Outside the string that is NUL.
+  // Returns the byte at position `i`; a negative `i` counts from the end, and -1 is the
+  // last byte. Returns NUL for a position outside the string.
   [[nodiscard]] char operator[](int i) const;
 
-  // Equality is that of the bytes; an undefined string equals every empty one.
+  // Two strings are equal if their bytes are; an undefined string equals every empty one.
   [[nodiscard]] bool operator==(const SString& t) const;
   [[nodiscard]] bool operator==(const char* s) const { return View() == _Text(s); }
   [[nodiscard]] bool operator==(std::string_view t) const { return View() == t; }
   [[nodiscard]] bool operator==(char c) const { return Length() == 1 && *Data() == c; }
 
-  // Order is that of the bytes, compared unsigned, the shorter string first where
-  // one begins the other; a byte compares as a string of one byte. Nothing is below a
-  // null `s`, and what is not empty is above it.
+  // Lexicographic order of unsigned bytes: a proper prefix is less than the longer string.
+  // A byte compares as a string of one byte. A null `s` is the empty string: no string is
+  // less, and every string that is not empty is greater.
   [[nodiscard]] std::strong_ordering operator<=>(const SString& t) const {
     return View() <=> t.View();
   }
@@ -184,7 +185,7 @@ class MAILHEARTH_EXPORT SString {
     return View() <=> std::string_view(&c, 1);
   }
 
-  // The same as members that can be called by name and pointed to.
+  // The same comparisons as members, to be called by name or pointed to.
   [[nodiscard]] bool operator<(const SString& t) const { return View() < t.View(); }
   [[nodiscard]] bool operator<(const char* s) const { return View() < _Text(s); }
   [[nodiscard]] bool operator<(char c) const { return View() < std::string_view(&c, 1); }
@@ -192,8 +193,8 @@ class MAILHEARTH_EXPORT SString {
   [[nodiscard]] bool operator>(const char* s) const { return View() > _Text(s); }
   [[nodiscard]] bool operator>(char c) const { return View() > std::string_view(&c, 1); }
 
-  // Returns a new array of Length() + 1 bytes, the string's and a NUL; null when memory is
-  // short. The caller frees it with `delete[]`.
+  // Returns a new array of Length() + 1 bytes: those of the string and a NUL. Returns null
+  // when memory runs out. The caller frees the array with `delete[]`.
   [[nodiscard]] char* GetBuf() const;
 
   // Returns the number of positions at which the operand occurs; occurrences may overlap.
@@ -202,8 +203,8 @@ class MAILHEARTH_EXPORT SString {
   [[nodiscard]] int Count(const char* s) const;
   [[nodiscard]] int Count(char c) const;
 
-  // Returns whether the bytes are equal but for the case of the letters A to Z: 1 or 0. An
-  // equality, not an order.
+  // Returns 1 if the strings are equal when the case of the letters A to Z is ignored,
+  // else 0. This is equality, not order.
   [[nodiscard]] int CompareNoCase(const SString& t) const;
 
   // Returns the first position from `start` on at which the operand occurs; -1 when there
@@ -213,22 +214,22 @@ class MAILHEARTH_EXPORT SString {
   [[nodiscard]] int Index(char c, int start = 0) const;
 
   // Returns the last position at which the text occurs, -1 when there is none. The search
-  // goes down from `start`: 0 is the last byte, a negative number counts from the end, and
-  // one that is negative even then gives -1. For an empty text the answer is where the
-  // search would begin, but -1 for a text longer than the string.
+  // goes backwards from `start`: 0 is the last byte, and a negative number counts from the
+  // end; one that reaches before the string gives -1. An empty text gives the position at
+  // which the search would begin; a text longer than the string gives -1.
   [[nodiscard]] int RIndex(const SString& t, int start = 0) const;
   [[nodiscard]] int RIndex(const char* s, int start = 0) const { return RIndex(SString(s), start); }
 
-  // Returns the last position of the byte below `start`, of all positions if `start` is
-  // below 1; -1 when there is none.
+  // Returns the last position below `start` at which the byte occurs; -1 when there is none.
+  // A `start` below 1 searches the whole string.
   [[nodiscard]] int RIndex(char c, int start = 0) const;
 
-  // Returns the `count` bytes from `start`, a new string, always defined. A negative start
-  // counts as 0 and takes as much off `count`; what lies outside the string is cut off.
+  // Returns the `count` bytes from `start` on as a new string, always defined. A negative
+  // start counts as 0 and reduces `count` by as much; the range is cut to the string.
   //
-  // Of a variable that is not constant, the range itself: it can be assigned to, refers to
-  // this string and must not outlive it. `SString part = s.Segment(1, 2)` copies; `auto
-  // part` does not.
+  // Called on a variable that is not constant, returns the range itself: it can be assigned
+  // to, refers to this string and must not outlive it. `SString part = s.Segment(1, 2)`
+  // copies; `auto part = s.Segment(1, 2)` does not.
   [[nodiscard]] SString Segment(int start, int count) const&;
   [[nodiscard]] SString Segment(int start, int count) &&;
   [[nodiscard]] SSubString Segment(int start, int count) &;
@@ -237,107 +238,108 @@ class MAILHEARTH_EXPORT SString {
   [[nodiscard]] int HasPrefix(const SString& p) const { return View().starts_with(p.View()); }
   [[nodiscard]] int HasPrefix(const char* p) const { return View().starts_with(_Text(p)); }
 
-  // Replaces the string by the next line of `in`, its line feed included; the last line
-  // may end without one.
-  // Returns 1, or 0 when nothing was left to read or the stream has failed. At the end of
-  // input the stream is only at its end; it fails with the next attempt to read.
+  // Replaces the string by the next line of `in`, line feed included; the last line may end
+  // without one.
+  // Returns 1, or 0 when nothing was left to read or the stream has failed. A last line
+  // without a line feed sets only the stream's eofbit; the next attempt to read fails.
   int ReadLine(std::istream& in);
 
   // Removes the last byte. Returns it, from 0 to 255, or 0 when there is none.
   int Chop();
 
-  // Change the case of the letters A to Z; turn the order of the bytes round. An undefined
+  // Change the case of the letters A to Z; reverse the order of the bytes. An undefined
   // string becomes defined and empty.
   SString& LowerCase();
   SString& UpperCase();
   SString& Reverse();
 
   // Patterns. Each operation takes a compiled expression, or a pattern as text in the
-  // dialect of SPerlRegex.h. Of such text a few compiled forms are kept, so a pattern that
-  // comes back costs no second compilation; one that is in error is reported on the
-  // standard error stream at every call and matches nothing, and the empty one matches
-  // nothing. The option "i" ignores case and belongs to patterns given as text only: an
-  // expression has its own. What is returned as a list needs lists/SStringList.h.
+  // dialect of SPerlRegex.h. The library caches a few compiled patterns, so a pattern that
+  // is used again is not compiled again. A pattern in error matches nothing, and every call
+  // reports it on the standard error stream; the empty pattern matches nothing. The option
+  // "i" ignores case; it applies only to patterns given as text, since an expression has
+  // its own. Include lists/SStringList.h to use the lists that these members return.
   //
   //   if (header.HasMatch("^subject\\s*:", "i")) ...
   //   for (const SString& word : line.Split(",\\s*")) ...
   //   path.S("/+", "/", "g");
 
-  // Strings are below lists and expressions, so the members that need these live with them: in
-  // src/regex HasMatch and M (SStringMatch.cpp), S (SStringSubst.cpp) and Split at a pattern
-  // (SStringSplit.cpp); in src/lists Split at a byte, SplitExact and BreakToWords
-  // (SStringPieces.cpp).
+  // Strings are the layer below lists and expressions, so members that need these are defined
+  // in their folders: in src/regex HasMatch and M (SStringMatch.cpp), S (SStringSubst.cpp) and
+  // Split at a pattern (SStringSplit.cpp); in src/lists Split at a byte, SplitExact and
+  // BreakToWords (SStringPieces.cpp).
 
   // Returns whether the pattern matches anywhere.
   bool HasMatch(const SRegex& re) const;
   [[nodiscard]] bool HasMatch(const SString& pattern, const char* options = nullptr) const;
   [[nodiscard]] bool HasMatch(const char* pattern, const char* options = nullptr) const;
 
-  // Returns copies of what the first match covers: the whole and each group, in the order of
-  // their opening parentheses; an undefined list when there is no match. See SRegex::Match.
+  // Returns copies of the first match and of each of its groups, in the order of their
+  // opening parentheses; an undefined list when there is no match. See SRegex::Match.
   [[nodiscard]] SStringList M(const SRegex& re) const;
   [[nodiscard]] SStringList M(const SString& pattern, const char* options = nullptr) const;
   [[nodiscard]] SStringList M(const char* pattern, const char* options = nullptr) const;
 
   // Replaces the first match by `replacement`; with the option "g", every match. See
   // SRegex::Subst, and AppendPasteBuffer for what $ and backslash mean in a replacement.
-  // Returns what M() gives for the last match replaced; an undefined list, and no change,
-  // when there was none.
+  // Returns the list that M() gives for the last match replaced. Without a match, returns an
+  // undefined list and changes nothing.
   //
-  // The empty pattern, or a null one, puts the replacement at the front as it stands, with
-  // "g" also behind every character; the list returned then holds one empty string.
+  // An empty or null pattern inserts the replacement, taken literally, at the front; with
+  // "g" also after every character. The list returned then holds one empty string.
   SStringList S(const SRegex& re, const SString& replacement, const char* options = nullptr);
   SStringList S(const SString& pattern, const SString& replacement, const char* options = nullptr);
   SStringList S(const char* pattern, const SString& replacement, const char* options = nullptr);
 
-  // Returns the fields between the matches of a separator. With `limit` above 0, the last of
-  // so many holds the rest unsplit; a negative one splits nothing.
+  // Returns the fields between the matches of a separator. With `limit` above 0, at most so
+  // many fields are counted, and the last one holds the rest unsplit; a negative `limit`
+  // splits nothing.
   //
-  // A separator at the end leaves no empty field behind it. One at the beginning, or behind
-  // another, gives an empty field, which the limit does not count. Where the separator
-  // matches the empty text, every character is a field. Known and kept: where it
-  // matches the empty text in front of a field and nowhere behind, as ^ does, the first byte
+  // A separator at the end gives no empty field after it. A separator at the beginning, or
+  // right after another, gives an empty field, which the limit does not count. If the
+  // separator matches the empty text, every character is a field. Known and kept: if it
+  // matches the empty text before a field and nowhere after that, as ^ does, the first byte
   // of the field is lost.
   //
-  // Undefined when there are no fields or nothing is compiled.
+  // Returns an undefined list when there are no fields or no pattern is compiled.
   [[nodiscard]] SStringList Split(const SRegex& re, int limit = 0) const;
 
-  // The same for a separator in the dialect. The empty one, or a null one, splits into
-  // characters; the list is then defined if the string is.
+  // The same for a separator in the dialect. An empty or null separator splits the string
+  // into characters; the list is then defined if the string is.
   [[nodiscard]] SStringList Split(const SString& sep, int limit = 0) const;
   [[nodiscard]] SStringList Split(const char* sep, int limit = 0) const;
 
-  // The same for a byte, which stands for itself. For a blank, the separator is any run of
-  // blanks, tabs, carriage returns and line feeds, and one at the beginning is passed over
-  // unless the string has nothing else.
+  // The same for a byte, taken literally. A blank stands for any run of blanks, tabs,
+  // carriage returns and line feeds; a run at the beginning is skipped unless the string
+  // consists of nothing else.
   [[nodiscard]] SStringList Split(char c, int limit = 0) const;
 
-  // Returns the pieces between the occurrences of `sep`, taken as it stands. With `max` above
-  // 0, the last of so many holds the rest unsplit. Empty pieces are kept, also the last: the
-  // defined empty string has one. For an empty `sep`, the same as Split; an undefined string
-  // gives an undefined list.
+  // Returns the pieces between the occurrences of `sep`, taken literally. With `max` above 0,
+  // there are at most so many pieces, and the last holds the rest unsplit. Empty pieces are
+  // kept, even the last: the defined empty string has one. With an empty `sep` this is
+  // Split(sep). An undefined string gives an undefined list.
   [[nodiscard]] SStringList SplitExact(const SString& sep, int max = 0) const;
 
   // Returns the words between blanks, tabs and line feeds. A word that starts with a double
-  // quote goes on to the next one, over blanks, and is returned with the first quote and
-  // without the second.
+  // quote extends to the next double quote, blanks included; the opening quote is kept and
+  // the closing quote dropped. The list is defined if the string is.
   //
-  // Known and kept: a last word of one byte is left out, and the only byte of a string too,
-  // but not a last double quote; a quoted word without its second quote loses the last byte
-  // of the string. Defined if the string is.
+  // Known and kept: a last word of one byte is left out, even if it is the whole string,
+  // unless that byte is a double quote; a quoted word without a closing quote loses the last
+  // byte of the string.
   [[nodiscard]] SStringList BreakToWords() const;
 
   friend void swap(SString& a, SString& b) noexcept { std::swap(a.rep_, b.rep_); }
 
-  // Writes the bytes to `os`, NULs included, with no end mark.
-  // Returns 1 when the stream is still good afterwards, else 0. On a stream that
-  // has failed before, nothing is written and the result is 0.
+  // Writes the bytes to `os`, NULs included, without a terminator.
+  // Returns 1 if the stream is still good afterwards, else 0. If the stream has failed
+  // before, writes nothing and returns 0.
   int Write(std::ostream& os) const;
 
-  // Dumps the string to the standard error stream: the bytes with those outside
-  // space to tilde, and the backslash, escaped (\t \n \v \f \r \\, or \ and the
-  // byte's decimal value). With `verbose` not 0 also where the representation and
-  // the buffer are, length, bytes allocated and handles, a line each.
+  // Dumps the bytes of the string to the standard error stream. Backslashes and bytes outside
+  // the range from space to tilde are escaped (\t \n \v \f \r \\, or a backslash and the
+  // byte's decimal value). With `verbose` not 0, also dumps the addresses of representation
+  // and buffer, the length, the bytes allocated and the number of handles, a line each.
   void Debug(int verbose) const;
 
  private:
@@ -452,22 +454,22 @@ class MAILHEARTH_EXPORT SString {
   SStringRep* rep_;  // never null
 };
 
-// Returns a string with the bytes of `s` and a NUL sure to follow them: `s` itself
-// where that is so, a copy where `s` views bytes that end without one. All text for
-// the C library takes this way; the C library sees it up to its first NUL.
+// Returns a string with the bytes of `s` that is sure to end in a NUL: `s` itself if it
+// does, a copy if `s` views bytes without one. Pass all text for the C library through this
+// function; the C library sees the text up to its first NUL.
 [[nodiscard]] MAILHEARTH_EXPORT SString Terminated(const SString& s);
 
-// Returns a string with the bytes of `s` that no view has to outlive: `s` itself where the
-// library made its representation, a copy where somebody else did and may free it.
-// Functions that hand a piece of an argument back take this way where the piece is all of it.
+// Returns a string with the bytes of `s` whose lifetime does not depend on foreign memory:
+// `s` itself if the library made its representation, a copy if somebody else did and may
+// free it. Functions that return a piece of an argument call this when the piece is all of it.
 [[nodiscard]] MAILHEARTH_EXPORT SString Lasting(const SString& s);
 
 // New strings: text or a byte, with `t` appended.
 [[nodiscard]] inline SString operator+(const char* s, const SString& t) { return SString(s) += t; }
 [[nodiscard]] inline SString operator+(char c, const SString& t) { return SString(c, 1) += t; }
 
-// Returns the part of `path` behind its last "/", without `suffix` if the path ends with
-// that. Where the suffix reaches over the "/", nothing is left.
+// Returns the part of `path` after its last "/", without `suffix` if the path ends with it.
+// If the suffix includes that "/", nothing is left.
 [[nodiscard]] MAILHEARTH_EXPORT SString BaseName(const SString& path, const SString& suffix);
 [[nodiscard]] inline SString BaseName(const char* path, const SString& suffix) {
   return BaseName(SString(path), suffix);  // not a list of one path
