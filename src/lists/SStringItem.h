@@ -1,6 +1,5 @@
-// SStringItem is a node of an SStringList: a string, and its neighbours in a ring. It can
-// be used wherever a string is wanted. Lists make and destroy their nodes; other code has
-// little need to.
+// SStringItem is a node of an SStringList: a string and links to its neighbours in a ring. A
+// node converts to a string. Lists make and destroy their nodes; other code rarely needs to.
 
 #ifndef MAILHEARTH_LISTS_SSTRINGITEM_H
 #define MAILHEARTH_LISTS_SSTRINGITEM_H
@@ -14,8 +13,8 @@ inline namespace mailhearth {
 
 struct MAILHEARTH_EXPORT SStringItem {
   SString value;             // first, so that a node is found where its string is
-  SStringItem* next = this;  // the one behind it in the ring
-  SStringItem* prev = this;  // and the one before it
+  SStringItem* next = this;  // the next node in the ring
+  SStringItem* prev = this;  // the previous node
 
   // Each makes a ring of one.
   SStringItem() = default;
@@ -24,7 +23,7 @@ struct MAILHEARTH_EXPORT SStringItem {
   SStringItem(const char* s) : value(s) {}
   SStringItem(char c) : value(c, 1) {}
 
-  // Takes the node out of its ring. No list's count knows of it.
+  // Takes the node out of its ring. The count of the list does not change.
   ~SStringItem() {
     prev->next = next;
     next->prev = prev;
@@ -37,8 +36,9 @@ struct MAILHEARTH_EXPORT SStringItem {
   operator SString&() { return value; }
   operator const SString&() const { return value; }
 
-  // Dumps the node to the standard error stream: at level 0 its escaped bytes, at 1 the
-  // addresses of it and its neighbours and the bytes, above that all of SString::Debug.
+  // Dumps the node to the standard error stream: at level 0 its escaped bytes; at level 1
+  // also the addresses of the node and its neighbours; above that everything that
+  // SString::Debug shows.
   void Debug(int level) const;
 };
 

@@ -1,24 +1,24 @@
-// SStringList is an ordered list of strings. Like SString it is a handle: copying shares
-// at the cost of a counter, and the first edit through a handle that is not alone copies
-// the list first (the strings in it go on sharing their bytes).
+// SStringList is an ordered list of strings. Like SString it is a copy-on-write handle:
+// copying a handle costs a counter, and the first edit through a handle that is not alone
+// copies the list (its strings go on sharing their bytes).
 //
-// A list is undefined (no value, the sign of a failed operation) or defined, possibly
-// empty. The two compare equal where both have no elements.
+// A list is undefined (no value: the result of a failed operation) or defined, possibly
+// empty. An undefined list equals every list without elements.
 //
-// Positions count from 0. Operations on an index out of range do nothing, or give an
-// undefined string or list, as each says. A list given to its own edit, or a string of
-// its own, is taken as it was before the edit.
+// Positions count from 0. An operation on an index out of range does nothing, or returns an
+// undefined string or list, as its comment says. If an edit is given its own list or one of
+// its strings, the argument counts as it was before the edit.
 //
 //   SStringList path = {"usr", "lib"};
 //   path.Push("mailhearth");
 //   for (const SString& part : path) Consume(part);   // reads only, detaches nothing
 //   SString joined = path.Join("/");                   // usr/lib/mailhearth
 //
-// References to elements end with the element; elements stay where they are while others
-// come and go, but sorting and reversing exchange their values.
+// A reference to an element is valid as long as the element: adding and removing others does
+// not move it. Sorting and reversing exchange the values of elements.
 //
-// An edit that finds no memory throws std::bad_alloc and has added nothing; one that removes
-// as well may have done so.
+// An edit that finds no memory throws std::bad_alloc and adds nothing; an edit that also
+// removes elements may have removed them.
 //
 // Not for use between threads.
 
@@ -43,22 +43,23 @@
 
 inline namespace mailhearth {
 
-// What the handles of one list share.
+// The representation that the handles of one list share.
 struct MAILHEARTH_EXPORT SStringListRep {
-  // So many links are not counted any more, and the list is never freed; see SStringRep.
+  // With this many links the representation is pinned: its links are no longer counted, and
+  // it is never freed. See SStringRep.
   static constexpr int kPinned = SStringRep::kPinned;
 
   SStringItem* root = nullptr;  // the first element, the last being its `prev`; null if none
   int count = 0;                // elements
   int links = 1;                // handles that share this representation
-  int flags = 1;                // bit 0: the list is defined; no other is used
+  int flags = 1;                // bit 0: the list is defined; other bits are unused
 };
 
 class SRegex;
 
 class MAILHEARTH_EXPORT SStringList {
  public:
-  // Walks over the elements, which it only reads. Ends with an edit of the list.
+  // A read-only iterator over the elements. An edit of the list invalidates it.
   class Iterator {
    public:
     using value_type = SString;
@@ -91,8 +92,8 @@ class MAILHEARTH_EXPORT SStringList {
     int left_ = 0;  // elements from here to the end
   };
 
-  // A text among the braces that make a list: a string, or what makes one and is no number.
-  // So {"abc", 2} is a string, the first two bytes of a text, as everywhere.
+  // A text in a braced list: a string, or anything but a number that converts to one. So
+  // {"abc", 2} remains a string, the first two bytes of a text.
   struct Element {
     SString text;
 
@@ -108,7 +109,7 @@ class MAILHEARTH_EXPORT SStringList {
         : text(t) {}
   };
 
-  // As the standard names them.
+  // The standard's names for these types.
   using value_type = SString;
   using const_iterator = Iterator;
   using iterator = Iterator;
@@ -128,8 +129,8 @@ class MAILHEARTH_EXPORT SStringList {
   SStringList(const SString& s);
   SStringList(const char* s);
 
-  // A defined list of these elements; of the strings up to the null pointer that ends `v`.
-  // A null `v` gives an undefined list.
+  // A defined list of these elements, or of the strings in `v`, an array that ends in a null
+  // pointer. A null `v` gives an undefined list.
   SStringList(std::initializer_list<Element> elements);
   SStringList(const char** v);
 
@@ -138,30 +139,30 @@ class MAILHEARTH_EXPORT SStringList {
   SStringList& operator=(const SStringList& o) noexcept;
   SStringList& operator=(SStringList&& o) noexcept;
 
-  // Makes of this list what the constructor would.
+  // Assigns the list that the constructor would make.
   SStringList& operator=(const SString& s);
   SStringList& operator=(const char* s);
   SStringList& operator=(const char** v);
 
-  // Whether the list has a value at all, be it no elements.
+  // Whether the list is defined, even if it is empty.
   [[nodiscard]] bool Defined() const { return (rep_->flags & kDefined) != 0; }
 
   // Number of elements.
   [[nodiscard]] int Count() const { return rep_->count; }
 
-  // From the first element to the last; the list is not detached.
+  // Iterate from the first element to the last, without copying a shared list.
   [[nodiscard]] Iterator begin() const { return {rep_->root, rep_->count}; }
   [[nodiscard]] Iterator end() const { return {rep_->root, 0}; }
 
-  // Returns the element at `i` for editing; a negative `i` counts from the end. Past the
-  // end the list grows by undefined strings up to there. Before the beginning the answer
-  // is a new undefined string that belongs to nobody and is never freed. The list is made
-  // unique even if the element is only read: read through Get, or a constant list.
-  // Walks from the nearer end.
+  // Returns the element at `i` for editing; a negative `i` counts from the end. If `i` is
+  // past the end, the list grows by undefined strings up to position `i`. If `i` is before
+  // the beginning, returns a new undefined string that belongs to no list and is never
+  // freed. A shared list is copied even if the element is only read: to read, use Get or a
+  // constant list. Walks from the nearer end.
   SString& operator[](int i);
   SString operator[](int i) const { return Get(i); }
 
-  // The same for other integers; past the range of int, its end.
+  // The same for other integers, clamped to the range of int.
   template <std::integral Integer>
   SString& operator[](Integer i) {
     return (*this)[_Narrow(i)];
@@ -171,104 +172,106 @@ class MAILHEARTH_EXPORT SStringList {
     return Get(_Narrow(i));
   }
 
-  // Returns a copy of the element at `i`, counted from the end when negative; an undefined
-  // string when there is none.
+  // Returns a copy of the element at `i`; a negative `i` counts from the end. Returns an
+  // undefined string when there is no such element.
   [[nodiscard]] SString Get(int i) const;
 
-  // Whether the same elements stand in the same order, equal as strings.
+  // Whether both lists have equal strings in the same order.
   [[nodiscard]] bool operator==(const SStringList& o) const;
 
-  // Returns the texts as an array that a null pointer ends; null for an undefined list or
-  // when memory is short. NULs inside an element stay. The caller frees the first entry,
-  // which holds all texts, and then the array, each with `delete[]`.
+  // Returns the texts as an array that ends in a null pointer. Returns null for an undefined
+  // list or when memory runs out. NULs within an element stay. The caller frees the first
+  // entry, which holds all texts, and then the array, each with `delete[]`.
   operator char**() const;
 
-  // A copy that shares nothing: not the list, not the bytes of its strings.
+  // Returns a deep copy, which shares neither the list nor the bytes of its strings.
   [[nodiscard]] SStringList Clone() const;
 
-  // The position of the first equal element, -1 when there is none; whether there is one.
+  // Index returns the position of the first equal element, -1 when there is none; Contains
+  // returns whether there is one.
   [[nodiscard]] int Index(const SString& s) const;
   [[nodiscard]] int Index(const char* s) const;
   [[nodiscard]] bool Contains(const SString& s) const { return Index(s) >= 0; }
   [[nodiscard]] bool Contains(const char* s) const { return Index(s) >= 0; }
 
-  // The elements from `from` to `to`, both included; an undefined list unless
+  // Returns the elements from `from` to `to`, both included; an undefined list unless
   // 0 <= from <= to < Count().
   [[nodiscard]] SStringList Slice(int from, int to) const;
 
-  // The elements one after the other, `sep` between them. Without elements an empty string,
-  // defined if the list is.
+  // Returns the concatenated elements, with `sep` between them. An empty list gives an empty
+  // string, defined if the list is.
   [[nodiscard]] SString Join(const SString& sep) const;
   [[nodiscard]] SString Join() const { return Join(""); }
 
-  // Chops every element. Returns what was cut off the last one, 0 for an empty list.
+  // Chops every element. Returns the byte removed from the last one, 0 for an empty list.
   int Chop();
 
-  // Removes the first equal element, or the one at `i` (no negative index). Returns whether
-  // there was one.
+  // Removes the first equal element, or the one at `i` (a negative index names none).
+  // Returns whether there was such an element.
   bool Delete(const SString& s);
   bool Delete(const char* s);
   bool Delete(char c) { return Delete(SString(c)); }
   bool Delete(int i);
 
-  // The same for other numbers, without their fraction; past the range of int, its end.
+  // The same for other numbers, truncated to integers and clamped to the range of int.
   template <class Number>
   requires std::is_arithmetic_v<Number>
   bool Delete(Number i) { return Delete(_Narrow(i)); }
 
-  // Inserts the elements of `o` before position `pos`, at the end if that is Count().
-  // Nothing happens when `pos` is outside the list or `o` has no elements.
+  // Inserts the elements of `o` before position `pos`, at the end if `pos` is Count(). Does
+  // nothing when `pos` is outside the list or `o` has no elements.
   //
-  // An empty list becomes a handle on the list of `o`, whatever `pos` is. Known and kept:
-  // with `pos` above 0 so many undefined strings are then put in front of that shared list,
-  // so `o` and all that share it have them too, unless `o` has been moved from: it stays as it
-  // is.
+  // An empty list becomes a handle on the list of `o`, whatever `pos` is. Known and kept: if
+  // `pos` is above 0, this many undefined strings are then inserted at the front of that
+  // shared list, so `o` and every other handle on it have them too. Only a moved-from `o`
+  // does not change.
   //
-  // The result carries no meaning.
+  // The result has no meaning.
   int Insert(const SStringList& o, int pos);
 
-  // Removes and returns the last or the first element; an undefined string if none.
+  // Remove and return the last or the first element; an undefined string when the list is
+  // empty.
   SString Pop();
   SString Shift();
 
-  // Appends; returns the new number of elements.
+  // Append; return the new number of elements.
   int Push(const SString& s);
   int Push(const char* s);
   int Push(const SStringList& other);
 
-  // Empties the list and leaves it defined, or undefined.
+  // Empty the list: Reset leaves it defined, Undef undefined.
   void Reset();
   void Undef();
 
-  // Turns the order round.
+  // Reverses the order.
   void Reverse();
 
-  // Sorts upwards, in the order of SString; equal elements in any order. Takes n log n
-  // comparisons of eight bytes for each eight that elements have in common, memory for n
-  // positions, and no stack to speak of.
+  // Sorts in ascending order of SString; the sort is not stable. Takes n log n comparisons of
+  // eight bytes for every eight bytes that elements have in common, memory for n positions,
+  // and little stack.
   void Sort();
 
-  // Removes `len` elements from `off` on and returns them. An undefined list, and no change,
-  // when they are not all there or `len` is 0.
+  // Removes `len` elements from `off` on and returns them. If there are fewer, or `len` is 0,
+  // returns an undefined list and changes nothing.
   //
-  // Known and kept: the list returned is undefined although it holds elements, unless it is
-  // the whole list.
+  // Known and kept: the list returned is undefined although it holds elements, unless all
+  // elements were removed.
   SStringList Splice(int off, int len);
 
-  // The same for all elements from `off` on; an undefined list when there are none.
+  // The same for all elements from `off` on; returns an undefined list when there are none.
   SStringList Splice(int off);
 
-  // The same, then inserts `repl` at `off`, also if nothing was removed: see Insert for what
-  // that does to an empty list.
+  // The same, then inserts `repl` at `off`, even if nothing was removed. Insert tells what
+  // happens to an empty list.
   SStringList Splice(int off, int len, const SStringList& repl);
 
   // Removes each element that equals the one before it.
   void Unique();
 
-  // Lists are below expressions, so Grep lives with them: src/regex/SStringListGrep.cpp.
+  // Lists are a layer below expressions, so Grep is defined in src/regex/SStringListGrep.cpp.
 
-  // Returns the elements that match; with `keep` 0, those that do not. Undefined when this
-  // list is or nothing is compiled.
+  // Returns the elements that match; with `keep` 0, those that do not. Returns an undefined
+  // list when this list is undefined or no pattern is compiled.
   [[nodiscard]] SStringList Grep(const SRegex& re, int keep = 1) const;
 
   // Returns the elements that pass a test, and puts the others into `rejected` unless that is
@@ -280,18 +283,18 @@ class MAILHEARTH_EXPORT SStringList {
   //   -d -e -f -r -w -x   the element is the path of a directory, of anything, of a regular
   //                       file, of something readable, writeable, executable
   //
-  // and "!" before it turns it round; blanks and tabs may stand before it. A delimiter behind
-  // a backslash ends nothing; both stay in the pattern or replacement and mean there what
-  // they mean: \/ is a slash, but with the delimiter d, \d is a digit. The last delimiter may
-  // be missing.
+  // A "!" before the test negates it; blanks and tabs may come first. A delimiter after a
+  // backslash does not end its part; both characters stay in the pattern or replacement with
+  // their usual meaning: \/ is a slash, but with the delimiter d, \d is a digit. The last
+  // delimiter may be missing.
   //
-  // What is wrong with a test is reported on the standard error stream. Without a test, or
-  // with a file test that does not exist, no element is returned, in either list. Both lists
-  // are undefined when this one is or the pattern does not compile. When memory runs out on
-  // the way, what was replaced stays replaced.
+  // An invalid test is reported on the standard error stream (see GrepError.h). With no test
+  // or an unknown file test, both lists are returned without elements. Both are undefined
+  // when this list is undefined or the pattern does not compile. When memory runs out before
+  // the end, elements replaced so far stay replaced.
   SStringList Grep(const SString& test, SStringList* rejected = nullptr);
 
-  // Dumps the list to the standard error stream, with `level` not 0 its nodes as well.
+  // Dumps the list to the standard error stream; with `level` not 0, its nodes as well.
   void Debug(int level) const;
 
  private:
@@ -299,14 +302,14 @@ class MAILHEARTH_EXPORT SStringList {
 
   static constexpr int kDefined = 1;
 
-  // Internal steps, on which the operations above are written. None makes the list unique
-  // but _MakeUnique itself: their callers do.
+  // Internal steps of the operations above. Only _MakeUnique makes the list unique; callers
+  // of the others call it first.
   void _Create();
   void _Define() { rep_->flags |= kDefined; }
   void _Undefine() { rep_->flags &= ~kDefined; }
 
-  // Makes this handle the only one on its representation. A list that is detached is
-  // defined afterwards, also if it was undefined: known and kept.
+  // Makes this handle the only one on its representation. Known and kept: a list that is
+  // copied for this becomes defined, even if it was undefined.
   bool _MakeUnique();
 
   [[nodiscard]] SStringItem* _FindItem(int i);
@@ -345,7 +348,7 @@ class MAILHEARTH_EXPORT SStringList {
   static void _Sort(SStringItem* first, int n);
   static void _SwapSStrings(SStringItem* a, SStringItem* b) { swap(a->value, b->value); }
 
-  // Shares the list of `o`, or has one of its own where `o` has none to share.
+  // Shares the list of `o`, or makes a list of its own if `o` has none to share.
   void _Share(const SStringList& o);
 
   // Moves all elements of `other` to before position `pos`.
@@ -360,24 +363,24 @@ class MAILHEARTH_EXPORT SStringList {
   // Returns the number of bytes of all elements together.
   [[nodiscard]] std::int64_t _TotalSize() const;
 
-  // Lets go of the representation, and of the nodes if nobody else has it.
+  // Releases the representation; the last handle frees it and its nodes.
   void _Free() noexcept;
 
   SStringListRep* rep_;  // never null
 };
 
-// Returns the number of bytes of all elements together: not the number of elements.
+// Returns the number of bytes in all elements together, not the number of elements.
 [[nodiscard]] MAILHEARTH_EXPORT int Length(const SStringList& list);
 
-// Writes the bytes of all elements, with nothing between them. The stream's width is ignored.
+// Writes the bytes of all elements without separators; the width of the stream is ignored.
 MAILHEARTH_EXPORT std::ostream& operator<<(std::ostream& os, SStringList list);
 
-// Reads lines, their ends kept, until the end of input or a line that is a line feed alone,
-// which is taken from the stream and not pushed. The list is emptied first.
+// Empties the list, then reads lines with their line ends until the end of input or a line
+// that is only a line feed; that line is read from the stream but not pushed.
 MAILHEARTH_EXPORT std::istream& operator>>(std::istream& is, SStringList& list);
 
-// New lists: the base name, lower or upper case of each element. Defined if `list` is
-// defined or has elements.
+// Return new lists with the base name, the lower case or the upper case of each element. They
+// are defined if `list` is defined or has elements.
 [[nodiscard]] MAILHEARTH_EXPORT SStringList BaseName(const SStringList& list,
                                                      const SString& suffix);
 [[nodiscard]] MAILHEARTH_EXPORT SStringList LowerCase(const SStringList& list);
