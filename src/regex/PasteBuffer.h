@@ -1,4 +1,7 @@
-// Replacements, as SString::S and SRegex::Subst put them in the place of a match.
+// Expansion of replacements, as SString::S and SRegex::Subst substitute them for a match.
+//
+//   SString out;
+//   AppendPasteBuffer(&out, "$2-$1", {"a=b", "a", "b"});   // b-a
 
 #ifndef MAILHEARTH_REGEX_PASTEBUFFER_H
 #define MAILHEARTH_REGEX_PASTEBUFFER_H
@@ -9,16 +12,17 @@
 
 inline namespace mailhearth {
 
-// Appends `replacement` to `out`, with
+// Appends `replacement` to `out` and expands in it
 //
-//   $& for the first of `groups`, the whole match,
-//   $1 to $9, \1 to \9 for the ones behind it, or nothing where there is none,
-//   \n \t \r \f \v for the control character, \0 for a NUL,
-//   a backslash and any other character for that character.
+//   $&                to the first of `groups`, the whole match
+//   $1 to $9, \1 to \9  to the groups after it, or to nothing if there is no such group
+//   \n \t \r \f \v    to the control character
+//   \0                to a NUL
+//   \ and any other character  to that character
 //
-// A "$" before anything else is reported on the standard error stream; it is appended, and
-// what stands behind it left out. A single "$" or backslash at the end is reported too, and
-// nothing is appended at all.
+// A "$" before any other character is reported on the standard error stream; the "$" is
+// appended and the character after it left out. A single "$" or backslash at the end is
+// reported too, and then nothing at all is appended.
 MAILHEARTH_EXPORT void AppendPasteBuffer(SString* out, const SString& replacement,
                                          const SStringList& groups);
 

@@ -1,15 +1,16 @@
-// SRegex searches strings for a pattern and remembers where it was found last. A pattern
-// that does not compile makes an object that matches nothing: OK() tells, Debug() says why.
+// SRegex searches strings for a pattern and remembers the positions of the last match. A
+// pattern that does not compile makes an object that matches nothing: OK() is then false, and
+// Debug() gives the reason.
 //
 // The syntax is that of POSIX extended regular expressions over bytes in the C locale, with
-// the word boundaries [[:<:]] and [[:>:]]. There is no escape but that a backslash makes the
-// next character an ordinary one: SPerlRegex knows \d, \s, \w and the like. Pattern and
-// text may hold NUL. "^" matches at offset 0 of the text only and "$" at its end only, "."
-// and [^a] match a newline, and a word boundary behind offset 0 sees the byte before. The
-// match is the leftmost, of these the longest. A search takes time linear in what it reads,
-// whatever the pattern; but it may have to read far past a match to see that none is longer,
-// as a*b|a does at every a. So a series of searches, as in splitting or replacing all, takes
-// time linear in the string with most patterns and quadratic with such ones.
+// the word boundaries [[:<:]] and [[:>:]]. The only escape is a backslash, which makes the
+// next character an ordinary one; SPerlRegex knows \d, \s, \w and the like. Pattern and
+// text may hold NUL. "^" matches only at offset 0 of the text, and "$" only at its end. "."
+// and [^a] match a newline. A word boundary after offset 0 looks at the byte before it. The
+// match is the leftmost-longest. A search takes time linear in the bytes that it reads,
+// whatever the pattern; but it may have to read far past a match to rule out a longer one, as
+// a*b|a does at every a. So a series of searches, as in splitting or replacing all, takes
+// time linear in the string with most patterns and quadratic with such patterns.
 //
 //   const SRegex re("([a-z]+)=([a-z]+)");
 //   if (re.HasMatch(line)) {
@@ -17,12 +18,12 @@
 //     Consume(line.Segment(value.rm_so, value.rm_eo - value.rm_so));
 //   }
 //
-// Groups of a short match cost a copy of its bytes until they are asked for; those of a
-// longer one are found by the search. Either way the expression keeps nothing of the string,
-// which may be edited or destroyed.
+// For a short match the expression copies the matched bytes, and finds the groups when they
+// are asked for; for a longer match the search finds the groups at once. Either way the
+// expression keeps no reference to the string, which may be edited or destroyed.
 //
 // Copying copies nothing; see below. Not for use between threads: a search writes to the
-// object, a constant one too.
+// object, even a constant one.
 
 #ifndef MAILHEARTH_REGEX_SREGEX_H
 #define MAILHEARTH_REGEX_SREGEX_H
@@ -50,49 +51,50 @@ class MAILHEARTH_EXPORT SRegex {
   // Nothing is compiled.
   SRegex();
 
-  // Compiles `pattern`. The only option is "i": the case of A to Z does not count. The
-  // wholly empty pattern does not compile.
+  // Compiles `pattern`. The only option is "i", which ignores the case of A to Z. An empty
+  // pattern does not compile.
   explicit SRegex(const SString& pattern, const char* options = nullptr);
 
-  // These copy nothing: the new object has nothing compiled, the one assigned to stays as
-  // it is. Hand expressions about by reference.
+  // These copy nothing: a new object has no pattern compiled, and an object assigned to stays
+  // as it is. Pass expressions by reference.
   SRegex(SRegex& other);
   // NOLINTNEXTLINE(misc-unconventional-assign-operator)
   SRegex& operator=(SRegex& other);
 
   virtual ~SRegex();
 
-  // Drops what is compiled, positions too, and compiles `pattern`.
-  // Returns 0, or the code from <regex.h> that tells what is wrong with the pattern.
+  // Drops the compiled pattern and the positions, and compiles `pattern`.
+  // Returns 0, or the code from <regex.h> for the error in the pattern.
   virtual int Set(const SString& pattern, const char* options = nullptr);
 
-  // Says on the standard error stream whether the last pattern compiled, and if not, why.
+  // Writes to the standard error stream whether the last pattern compiled, and if not, why.
   virtual void Debug() const;
 
   // Whether a pattern is compiled.
   [[nodiscard]] bool OK() const { return status_ == 0; }
 
   // Searches `s` from the byte at `start` to its end. Returns whether there is a match; there
-  // is none from a start outside the string, nor while nothing is compiled.
+  // is none if `start` is outside the string or no pattern is compiled.
   //
-  // The positions of the match are then the last ones. After a search without a match the
-  // whole match reads as `start` to the end of `s`, and the groups are still those of the
-  // last match.
+  // Records the positions of the match. After a search without a match the position of the
+  // whole match is from `start` to the end of `s`, and the groups are still those of the last
+  // match.
   bool HasMatch(const SString& s, int start = 0) const;
 
-  // Searches, and returns copies of what matched: the whole and each group, in the order of
-  // the opening parentheses; defined and empty for a group that took no part, and for the
-  // tenth group and those behind, whose positions are not recorded. An undefined list when
+  // Searches, and returns copies of the match and of each group, in the order of the opening
+  // parentheses. A group that took no part is a defined empty string, as are the tenth group
+  // and those after it, whose positions are not recorded. Returns an undefined list when
   // there is no match.
   [[nodiscard]] SStringList Match(const SString& s, int start = 0) const;
 
-  // Returns the positions of the last match as offsets from the beginning of the string: for
-  // `k` 0 of the whole, else of group `k`. (-1, -1) for a group that took no part, for the
-  // tenth and those behind, for one that the expression does not have, and before any search.
+  // Returns positions of the last match as offsets from the beginning of the string: with `k`
+  // 0 those of the whole match, else those of group `k`. Returns (-1, -1) for a group that
+  // took no part, for the tenth group and those after it, for a group that the expression
+  // does not have, and before any search.
   [[nodiscard]] regmatch_t MatchInfo(int k) const;
 
-  // Where the last match starts, and its length in bytes, of what MatchInfo(0) tells: -1 and
-  // 0 before any search.
+  // Return the start of the last match and its length in bytes, from MatchInfo(0): -1 and 0
+  // before any search.
   [[nodiscard]] int MatchPos() const;
   [[nodiscard]] int MatchLen() const;
 
@@ -100,14 +102,15 @@ class MAILHEARTH_EXPORT SRegex {
   // for groups, $& for the whole match (see AppendPasteBuffer); with the option "g", every
   // match.
   //
-  // Each search goes on where the match before has ended, and the match that reaches the end
-  // of `s` is the last. Behind an empty match before the end, one byte is passed over as it
-  // stands; from then on an empty match may also follow one that reaches the end, as in Perl.
-  // So b* replaced by - turns b into -, abc into -a--c- and ab into -a--.
+  // Each search starts at the end of the previous match, and a match that reaches the end of
+  // `s` is the last. After an empty match before the end, one byte is copied unchanged; from
+  // then on an empty match may also follow a match that reaches the end, as in Perl. So b*
+  // replaced by - turns b into -, abc into -a--c- and ab into -a--.
   //
-  // Returns the list that Match() gives for the last match replaced; an undefined one, and no
-  // change, when there was none. Takes time linear in the string and the result, beside the
-  // searches. A string that loses all its bytes to empty replacements is left undefined.
+  // Returns the list that Match() gives for the last match replaced. Without a match, returns
+  // an undefined list and changes nothing. Takes time linear in the string and the result, in
+  // addition to the searches. A string that loses all its bytes to empty replacements becomes
+  // undefined.
   SStringList Subst(SString& s, const SString& replacement, const char* options = nullptr) const;
 
  private:
@@ -123,17 +126,17 @@ class MAILHEARTH_EXPORT SRegex {
   void _Init(const SString& pattern, const char* options);
   void _Free();
 
-  // Searches as HasMatch does, but leaves no trace.
+  // Searches as HasMatch does, but records nothing.
   bool _Find(std::string_view text, int start, regmatch_t& match) const;
 
-  // Leaves the trace of a search of `text` from `start` on, which found `match`, or nothing if
-  // that is null.
+  // Records a search of `text` from `start` on, which found `match`; a null `match` records
+  // that there is none.
   void _Record(std::string_view text, int start, const regmatch_t* match) const;
 
-  // Finds the groups of the last match unless that has been done.
+  // Finds the groups of the last match, unless they are known.
   void _FindPending() const;
 
-  // Returns the positions of the groups of a match, and itself, in the text searched.
+  // Returns the positions of a match and its groups in the text searched.
   [[nodiscard]] Positions _FindGroups(std::string_view text, const regmatch_t& match) const;
 
   // Returns the bytes at these positions, for the whole match and each group.
