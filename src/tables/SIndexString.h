@@ -1,6 +1,6 @@
-// SIndexString finds a string by an integer, of any size and sign, for the few entries of a
-// sparse array. They lie in the order in which they were added, and are searched from the
-// first on: every operation takes time for as many as there are.
+// SIndexString finds strings by integers of any size and sign: it serves as a sparse array of
+// few entries. Entries are kept in insertion order and searched linearly, so every operation
+// takes time proportional to their number.
 //
 //   SIndexString parts;
 //   parts[1200] = "chunk";
@@ -9,8 +9,8 @@
 //   int n = parts.Keys(&indexes);                // 1; indexes[0] is 1200
 //   delete[] indexes;
 //
-// Copyable and movable. A copy has entries of its own, whose strings share their bytes until
-// one of the two is edited; it takes no more room than it uses.
+// Copyable and movable. A copy has its own entries, whose strings share their bytes until one
+// of the two is edited; it has no spare room.
 
 #ifndef MAILHEARTH_TABLES_SINDEXSTRING_H
 #define MAILHEARTH_TABLES_SINDEXSTRING_H
@@ -24,22 +24,21 @@ inline namespace mailhearth {
 
 class MAILHEARTH_EXPORT SIndexString {
  public:
-  static constexpr int AllocIncrem = 5;  // entries by which the room grows when it is used up
+  static constexpr int AllocIncrem = 5;  // entries by which a full array grows
 
-  // Returns the string at `index` for editing; a defined empty one is added where there is
-  // none. References end when one is added or deleted.
+  // Returns the string at `index` for editing; adds a defined empty string when there is none.
+  // Adding or deleting an entry invalidates references.
   SString& operator[](const int& index);
 
-  // Returns the string at `index`, a defined empty one where there is none. Adds nothing.
+  // Returns the string at `index`, a defined empty string when there is none. Adds nothing.
   [[nodiscard]] SString Get(const int& index) const;
 
   // Returns the number of strings that are not empty. Unless `out` is null, *out becomes a new
-  // array with a place for every entry, which begins with the indexes of those strings in the
-  // order in which they were added; the other places are not set. The caller frees it with
-  // `delete[]`.
+  // array as long as there are entries. It begins with the indexes of those strings in
+  // insertion order; the other elements are not set. The caller frees it with `delete[]`.
   int Keys(int** out = nullptr) const;
 
-  // Removes the entry at `index`, if there is one. The room stays.
+  // Removes the entry at `index`, if there is one. The capacity stays.
   void Delete(const int& index);
 
  private:

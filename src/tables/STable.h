@@ -1,25 +1,32 @@
-// STable finds entries by a string, and remembers the order in which their keys were first
-// added. It is what the named containers (SNLists.h) stand on; an entry carries its value in
-// a class derived from STableItem.
+// STable is a hash table of entries by string keys. It remembers the order in which keys were
+// first added. The named containers (SNLists.h) are built on it; an entry carries its value
+// in a class derived from STableItem.
 //
-// The table owns its entries: each is made with `new`, given to one table, and destroyed
-// through its virtual destructor when it is replaced or removed and when the table is reset
-// or goes. An entry stays where it is for as long as it lives.
+// The table owns its entries. Each is made with `new`, given to one table, and destroyed
+// through its virtual destructor when it is replaced or removed, or when the table is reset
+// or destroyed. An entry does not move while it exists.
 //
 //   struct Port : STableItem { int number = 0; };
 //   STable ports(0, 0);                                   // no regard to case
-//   const SString smtp("smtp");                           // first, as it may find no memory
+//   const SString smtp("smtp");                           // first: it may find no memory
 //   auto* const port = new Port;
 //   port->number = 25;
-//   ports.Add(smtp, port);                                // now it is the table's
+//   ports.Add(smtp, port);                                // the table owns it now
 //   if (STableItem* found = ports.Lookup("SMTP")) Use(static_cast<Port*>(found)->number);
 //
-// Look-ups, additions and removals take time for the length of the key and, on the average,
-// for two entries. Whoever chooses the keys can spoil the average: the hash is simple, and
-// of keys that all have the same one, each operation passes all added before it, comparing
-// their bytes. A thousand such keys cost as much as twenty thousand others, thirty thousand
-// take seconds, and four times as long for each doubling: limit the number of keys that are
-// accepted from outside.
+// The time of a look-up, an addition or a removal is proportional to the key's length; two
+// entries are visited on average. Whoever chooses the keys can spoil the average: the hash is
+// simple, and keys with equal hashes share a chain, on which each operation compares the bytes
+// of all keys added before. A thousand such keys cost as much as twenty thousand others,
+// thirty thousand take seconds, and each doubling takes four times as long. So limit the
+// number of keys that are accepted from outside.
+//
+// The hash of a key starts at 0 and becomes 33 times itself plus the byte, modulo 2^32, for
+// each byte, with A to Z in lower case; the bucket is the hash modulo Size(). It folds case
+// even if the table does not, so one function serves both kinds. Each entry stores it, so a
+// walk along a chain reads only keys with the same hash, and a table that grows reads none.
+// Known and kept: entries show their hashes and chains, programs may rely on both, and so a
+// hash that withstands chosen keys cannot replace this one.
 //
 // Neither copyable nor movable, and not for use between threads.
 
@@ -41,7 +48,7 @@
 
 inline namespace mailhearth {
 
-// What can name an entry without being made a string first: views, std::string, literals. A
+// Texts that serve as keys without conversion to a string: views, std::string, literals. A
 // null pointer is the empty text.
 template <class Text>
 concept TextKey =
@@ -56,13 +63,13 @@ template <TextKey Text>
   return text;
 }
 
-// An entry. The table fills in all fields; others may read them.
+// An entry. The table sets all fields; other code may read them.
 struct MAILHEARTH_EXPORT STableItem {
-  STableItem* chainNext = nullptr;  // down the chain of its bucket, which a null ends
-  STableItem* listNext = this;      // in the order of keys, a ring with the table's own
-  STableItem* listPrev = this;      // entry between the last and the first
-  SString key;                      // as it was added last
-  std::uint32_t hash = 0;           // of the key
+  STableItem* chainNext = nullptr;  // the next entry in the chain of the bucket, or null
+  STableItem* listNext = this;      // neighbours in the order of keys: a ring in which the
+  STableItem* listPrev = this;      // table's sentinel stands between last and first entry
+  SString key;                      // the key as last added
+  std::uint32_t hash = 0;           // the hash of the key
 
   STableItem();
   STableItem(const STableItem&) = delete;
@@ -72,8 +79,8 @@ struct MAILHEARTH_EXPORT STableItem {
 
 class MAILHEARTH_EXPORT STable {
  public:
-  // Walks over the entries in the order in which their keys were first added. Adding and
-  // replacing other entries does not disturb it; it ends with its own entry.
+  // Iterates over the entries in the order in which their keys were first added. It stays
+  // valid while other entries are added or replaced, until its own entry is destroyed.
   class Iterator {
    public:
     using value_type = STableItem;
@@ -98,7 +105,7 @@ class MAILHEARTH_EXPORT STable {
     const STableItem* item_ = nullptr;
   };
 
-  // As the standard names it.
+  // The standard's name for it.
   using const_iterator = Iterator;
 
   // An empty table of `size` buckets, of 7 when `size` is not positive. With `caseSensitive`
@@ -112,22 +119,22 @@ class MAILHEARTH_EXPORT STable {
   // Destroys all entries. The number of buckets stays.
   void Reset();
 
-  // Returns the entry of that key; null when there is none. It belongs to the table.
+  // Returns the entry of the key, which the table owns; null when there is none.
   [[nodiscard]] STableItem* Lookup(const SString& key) const { return _Lookup(key.View()); }
   template <TextKey Text>
   [[nodiscard]] STableItem* Lookup(const Text& key) const {
     return _Lookup(KeyView(key));
   }
 
-  // Stores `item` under `key`. It takes the place of the entry that has the key, if there is
-  // one, in the order of keys too, and that entry is destroyed; else it comes last. The key
-  // kept is this one, also where it differs in case from the one before.
+  // Stores `item` under `key`. If an entry has the key, `item` replaces it, in the order of
+  // keys too, and the old entry is destroyed; else `item` comes last. The entry keeps this
+  // `key`, even if it differs in case from the old one.
   //
-  // The table owns `item` from the call on, even if that finds no memory and throws.
+  // The table owns `item` from the call on, even if the call finds no memory and throws.
   // Needs: an item made with `new` that is in no table.
   void Add(const SString& key, STableItem* item);
 
-  // Destroys the entry of that key.
+  // Destroys the entry of the key.
   // Returns whether there was one: 1 or 0.
   int Remove(const SString& key);
 
@@ -135,11 +142,11 @@ class MAILHEARTH_EXPORT STable {
   // there are none.
   [[nodiscard]] SStringList Keys() const;
 
-  // Number of buckets, and of entries.
+  // Number of buckets, number of entries.
   [[nodiscard]] int Size() const { return size_; }
   [[nodiscard]] int Count() const { return count_; }
 
-  // From the first entry to the last.
+  // Iterate from the first entry to the last.
   [[nodiscard]] Iterator begin() const { return Iterator(sentinel_.listNext); }
   [[nodiscard]] Iterator end() const { return Iterator(&sentinel_); }
 
@@ -154,8 +161,8 @@ class MAILHEARTH_EXPORT STable {
   // Returns the head of the bucket of a hash.
   [[nodiscard]] STableItem*& _Bucket(std::uint32_t hash) const;
 
-  // Returns the link that leads to the entry of a key; the one that ends the bucket's chain
-  // when there is none.
+  // Returns the link that points to the entry of a key; when there is none, the link that
+  // ends the bucket's chain.
   [[nodiscard]] STableItem** _FindLink(std::uint32_t hash, std::string_view key) const;
 
   void _Enlarge();
