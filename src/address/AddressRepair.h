@@ -1,4 +1,4 @@
-// Repair of addresses as people and programs write them.
+// Repair of the malformed addresses that people and programs write.
 
 #ifndef MAILHEARTH_ADDRESS_ADDRESSREPAIR_H
 #define MAILHEARTH_ADDRESS_ADDRESSREPAIR_H
@@ -8,8 +8,8 @@
 
 inline namespace mailhearth {
 
-// Returns the address that a text most likely means, in the form of an envelope, or "<>" when
-// it means none. Whatever it returns, S821Address takes it. Takes time linear in the text.
+// Returns the address that a text most likely means, in envelope form, or "<>" when it means
+// none. S821Address accepts every result. Takes time linear in the text.
 //
 //   Joe <joe@example.org> (home)   <joe@example.org>
 //   joe @ example . org            <joe@example.org>
@@ -18,17 +18,18 @@ inline namespace mailhearth {
 //   postmaster                     <postmaster>
 //   joe@                           <>
 //
-// What is tried, in this order; each but the last two works on what the one before has left:
+// The steps, in this order; each but the last two works on the result of the one before:
 //
-//   1. between a "<" and a ">", the part behind the last "<", up to the first ">" that more
-//      follows
-//   2. without blanks and brackets around it, "<" before and ">" behind
-//   3. if it has two at-signs and the first is not its first byte: all before the last one in
-//      quotes
-//   4. parts between at-signs with blanks around them; one part: the text as it is
-//   5. two parts: the second without blanks and commas, with dots for them, in brackets if
-//      only that makes it a domain
-//   6. and then, the first in quotes
+//   1. if there is a "<" before a ">", take the part after the last "<", up to the first ">"
+//      with text after it
+//   2. strip white space from both ends, "<" from the front and ">" from the back
+//   3. if there are two at-signs and the first is not the first byte, quote all text before
+//      the last at-sign
+//   4. split the text at at-signs and the white space around them; if there is one part, try
+//      the text as it is
+//   5. if there are two parts, replace white space and commas in the second by dots, and
+//      enclose it in brackets if only these make it a domain
+//   6. then quote the first part as well
 [[nodiscard]] MAILHEARTH_EXPORT SString FixBogusAddress(SString bogus);
 
 }  // namespace mailhearth

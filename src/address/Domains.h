@@ -1,4 +1,4 @@
-// What stands behind the at-sign of an address.
+// Domains: the part of an address after its at-sign.
 
 #ifndef MAILHEARTH_ADDRESS_DOMAINS_H
 #define MAILHEARTH_ADDRESS_DOMAINS_H
@@ -8,10 +8,10 @@
 
 inline namespace mailhearth {
 
-// Returns whether a text is a domain: labels with dots between them, the last of them not of
-// digits alone unless it is the only one, or an IPv4 address in brackets. See
-// S821Parser::IsValidElement for labels. Blanks around labels and dots count as nothing. Takes
-// time linear in the text.
+// Returns whether a text is a domain: either labels separated by dots, where the last label
+// is not all digits unless it is the only one, or an IPv4 address in brackets. See
+// S821Parser::IsValidElement for labels. Blanks around labels and dots are ignored. Takes time
+// linear in the text.
 //
 //   IsValidDomain("example.org")     true         IsValidDomain("example.org.")  false
 //   IsValidDomain("localhost")       true         IsValidDomain("10.0.0.1")      false

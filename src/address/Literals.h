@@ -1,4 +1,4 @@
-// Domain literals: what stands for a domain where a host has an address and no name.
+// Domain literals: they stand for the domain of a host that has an address and no name.
 
 #ifndef MAILHEARTH_ADDRESS_LITERALS_H
 #define MAILHEARTH_ADDRESS_LITERALS_H
@@ -8,8 +8,8 @@
 
 inline namespace mailhearth {
 
-// Returns whether a text is an IPv4 address in brackets: four decimal numbers up to 255, with
-// or without leading zeros, and dots between them.
+// Returns whether a text is an IPv4 address in brackets: four decimal numbers up to 255,
+// separated by dots, with or without leading zeros.
 [[nodiscard]] MAILHEARTH_EXPORT bool IsValidLiteral(const SString& text);
 
 }  // namespace mailhearth

@@ -1,5 +1,5 @@
-// SAddressFault tells why an address is bad and where in the text that shows. The parsers
-// keep one beside each address they read; see S821Parser::Fault.
+// SAddressFault tells why an address is bad and where in the text the error is. A parser keeps
+// that of the last address it read; see S821Parser::Fault.
 //
 //   S821Parser parser("<joe@example..org>", 1);
 //   const S821Address address = parser.ExtractAddress();
@@ -21,15 +21,15 @@ enum class AddressFlaw : unsigned char {
   kOpenComment,    // a comment that does not end
   kOpenLiteral,    // a domain literal that does not end
   kLiteral,        // a domain literal that is not a dotted IPv4 address, or not well-formed
-  kStart,          // something that no address begins with
-  kWords,          // something that does not go on after the first words of an address
-  kGroup,          // a group within a group, or the end of one where there is none
+  kStart,          // a token that no address begins with
+  kWords,          // a token that cannot follow the first words of an address
+  kGroup,          // a group within a group, or the end of a group outside any
   kRoute,          // a source route that is not "@host,@host:"
-  kLocalPart,      // something that does not belong in a local part
-  kLabel,          // a label that no domain can have
-  kDomain,         // something that does not belong in a domain
-  kEmptyDomain,    // nothing behind the at-sign
-  kInvalidDomain,  // a domain that is none: its last label is a number, say
+  kLocalPart,      // a token that does not belong in a local part
+  kLabel,          // an invalid label in a host or domain
+  kDomain,         // a token that does not belong in a domain
+  kEmptyDomain,    // no domain after the at-sign
+  kInvalidDomain,  // labels that are no domain: the last of several is a number, say
   kIncomplete,     // a source route or a domain without a local part, or a source route
                    // and no domain
 };
@@ -37,13 +37,23 @@ enum class AddressFlaw : unsigned char {
 struct SAddressFault {
   AddressFlaw flaw = AddressFlaw::kNone;  // what is wrong
 
-  // The byte of the text, counted from 0, that is refused; the first of a token that does not
-  // belong there, of what does not end, of a domain that is none; the length of the text where
-  // that ends too early. -1 without a flaw.
+  // A byte offset from 0 in the whole text that the parser was given, whichever address of a
+  // list is bad; line ends, blanks and backslashes count like all other bytes. It is
+  //
+  //   - the byte refused, for kByte, kLineEnd and a kLiteral with a byte that it may not have;
+  //   - the opening delimiter, for a string, comment or literal that does not end (the
+  //     outermost, if comments nest) and for any other kLiteral;
+  //   - the first byte of the domain, for kInvalidDomain;
+  //   - the offset at which the parser stopped after the address, for kIncomplete;
+  //   - the first byte of the token that does not belong there, for all others; the length of
+  //     the text if it ends too early.
+  //
+  // So it lies between 0 and the length of the text, both included; it is -1 without a flaw.
   int position = -1;
 };
 
-// Returns a flaw in a few English words, without an end; "" for none.
+// Returns a description of a flaw in a few English words, without a full stop or line end; ""
+// for none.
 [[nodiscard]] MAILHEARTH_EXPORT const char* Describe(AddressFlaw flaw);
 
 }  // namespace mailhearth

@@ -1,9 +1,9 @@
-// SParser is what the scanners of mail addresses have in common: the text, the position in
-// it, one token that can be taken back. S821Parser and S822Parser each supply a NextToken;
-// the grammars call that one and nothing else to read, so a class derived from them that
-// overrides it changes what they see.
+// SParser is the base class of the scanners of mail addresses: it holds the text and the
+// position in it, and can take back one token. S821Parser and S822Parser each define NextToken.
+// The grammars read only through NextToken, so a derived class that overrides it changes the
+// tokens they see.
 //
-// A parser can be used again: Init() puts another text in. It shares the text with the string
+// A parser can be used again: Init() gives it another text. It shares the bytes of the string
 // given. Positions count bytes from 0.
 
 #ifndef MAILHEARTH_ADDRESS_SPARSER_H
@@ -26,35 +26,36 @@ class MAILHEARTH_EXPORT SParser {
   // Goes back to the beginning of the text.
   virtual void Reset();
 
-  // Returns the next token and moves behind it. Neither a TokEnd nor a TokError moves: the
-  // next call gives the same again. Takes time linear in what it reads, and constant stack.
+  // Returns the next token and moves past it. A TokEnd or TokError does not move the position:
+  // the next call returns it again. Takes time linear in the text that it reads, and constant
+  // stack.
   virtual SToken NextToken() = 0;
 
-  // Nothing to scan.
+  // A parser of the empty text.
   SParser();
   explicit SParser(const SString& text);
 
-  // Goes back to the beginning, of another text.
+  // Starts at the beginning of another text.
   void Init(const SString& text);
 
-  // Moves back before the last token, which then comes once more; a second call does nothing
-  // more. Only after tokens that moved: after a TokEnd or a TokError it takes back the token
-  // before that.
+  // Moves back before the last token, so that NextToken returns it again; a second call has no
+  // effect. Only tokens that moved the position count: after a TokEnd or a TokError, takes back
+  // the token before it.
   void UndoNext() { position_ = previous_; }
 
  protected:
-  // What a scanner is within.
+  // The states of a scanner.
   using State = ScanState::Value;
   using enum ScanState::Value;
 
-  // NextToken by the rules of a table. A TokError is told in `fault_` as well.
+  // NextToken by the rules of a table. `fault_` also records a TokError.
   SToken _Scan(const ScanRules& rules);
 
   SString input_;         // the text
-  int position_ = 0;      // where the next token is looked for
-  int previous_ = 0;      // where the last token that moved began
-  int state_ = kOutside;  // what the last call of _Scan ended in; it begins outside
-  SAddressFault fault_;   // what is wrong with the address that is being read
+  int position_ = 0;      // where the scan for the next token starts
+  int previous_ = 0;      // where the last token that moved the position begins
+  int state_ = kOutside;  // the state in which _Scan ended; it starts outside
+  SAddressFault fault_;   // the fault of the address being read
 
  private:
   class Walk;

@@ -1,10 +1,10 @@
-// SToken is a piece of a mail address with its type: what the NextToken of a parser returns.
+// SToken is a token of a mail address with its type, as NextToken of a parser returns it.
 //
-// The text is what stood in the input, delimiters included: a quoted string has its quotes,
-// a comment its parentheses, a domain literal its brackets, an escaped byte its backslash.
+// The text is that of the input, delimiters included: a quoted string has its quotes, a
+// comment its parentheses, a domain literal its brackets, an escaped byte its backslash.
 //
-// A token that a parser returns costs no allocation: it is a handle on the parser's input and
-// a range of it, and keeps the whole input alive. To keep the text alone, keep Text().
+// A token from a parser costs no allocation: it is a handle on the parser's input and a range
+// of it, and keeps the whole input alive. To keep only the text, keep Text().
 //
 //   S822Parser parser("joe@example.org (Joe)");
 //   for (SToken t = parser.NextToken(); (t.Type() & (TokEnd | TokError)) == 0;
@@ -24,7 +24,7 @@ inline namespace mailhearth {
 
 // Types of tokens. Each is one bit, so a set of them is a mask.
 enum TokenType : int {
-  TokError = 0x1,         // something malformed; the text is what had been gathered of it
+  TokError = 0x1,         // malformed input; the text is the part that was read of it
   TokEnd = 0x2,           // the end of the input; no text
   TokAtom = 0x4,          // a run of ordinary bytes
   TokQuoted = 0x8,        // a string in double quotes
@@ -46,8 +46,8 @@ class MAILHEARTH_EXPORT SToken {
  public:
   virtual ~SToken() = default;
 
-  // A TokenType; of a token that is made by hand, any number. Inline, as the parsers ask at
-  // every step.
+  // A TokenType; any number for a token that the program makes. Inline, because the parsers
+  // call it at every step.
   [[nodiscard]] virtual int Type() const { return type_; }
 
   // A token of all of `text`.
@@ -65,7 +65,7 @@ class MAILHEARTH_EXPORT SToken {
         length_(std::exchange(other.length_, kAll)),
         type_(other.type_) {}
 
-  // Takes over the text and what Type() of the other answers.
+  // Assigns the text and the result of the other's Type().
   SToken& operator=(const SToken& other) {
     return *this = SToken(other.source_, other.start_, other.length_, other.Type());
   }
@@ -78,7 +78,7 @@ class MAILHEARTH_EXPORT SToken {
     return *this;
   }
 
-  // Returns the text: the very string that the token was made of, or a new one.
+  // Returns the text: the string that the token was made of, or a new one.
   [[nodiscard]] SString Text() const;
 
   // The bytes of the text, for as long as the token lives.
