@@ -51,7 +51,7 @@ void AnswerQuestion(int fd) {
   if (text.empty() || !record.Read()) return;
   SRequest request(record);
   request["Quota:"] = "1000000";
-  request.Answer();
+  static_cast<void>(request.Answer());  // the asker shows whether it came
 }
 
 void Ask(benchmark::State& state) {

@@ -1,23 +1,26 @@
-// What a module does with an error: it files a record for the module Error-Handler in the
-// queue and tells the dispatcher, in place of printing.
+// Reporting of errors by modules: instead of printing an error, a module files a record for
+// the module Error-Handler in the queue and notifies the dispatcher.
 //
 //   if (!Deliver(record)) {
 //     ProcessError(record, "Deliver", "Mailbox is locked", {"joe"});   // errno tells why
 //     return;
 //   }
 //
-// The record has "Function:" Error-Handler; "Error:", the value of ModuleName, a colon,
-// `message` and, in parentheses, `context`; "Error-Text:", the elements of `text`; and, of
-// errno as it was when the function was called, "Error-Number:" and "Error-Systext:", both of
-// which are absent when that was 0. These replace what the record had. A new record has
-// "Control-Type:" Error and "Priority:" 1 besides.
+// The record has these fields, which replace those it had:
 //
-// Texts are stored as they are: ask IsFieldValue (FieldValue.h) of one with several lines.
+//   Function:                      Error-Handler
+//   Error:                         the value of ModuleName, a colon, `message` and, in
+//                                  parentheses, `context`
+//   Error-Text:                    the elements of `text`
+//   Error-Number:, Error-Systext:  number and text of errno at the call; absent if it was 0
 //
-// The id of a new record is made of the time, the process id and a number that counts the
-// records made by the function in this process, from 1 on; so each of the two functions
-// begins with 1, and where both make a record within one second, the later one may replace
-// the other's. Known and kept.
+// A new record also has "Control-Type:" Error and "Priority:" 1.
+//
+// Texts are stored as they are: check a text of several lines with IsFieldValue (FieldValue.h).
+//
+// The id of a new record consists of the time, the process id and a number. Known and kept:
+// each of the two functions that make new records counts its own in this process, from 1 on.
+// So if both make a record within one second, the later record may replace the earlier one.
 
 #ifndef MAILHEARTH_QUEUE_ERRORRECORDS_H
 #define MAILHEARTH_QUEUE_ERRORRECORDS_H
@@ -29,9 +32,9 @@
 
 inline namespace mailhearth {
 
-// Makes the message's own control record the error record; it keeps its file. Returns 1, or 0
-// and errno when it could not be written; whether the dispatcher could be told is not looked
-// at, here and below.
+// Makes the message's own control record the error record, which keeps its file. Returns 1, or
+// 0 with errno when the record could not be written. Here and below, a failure to notify the
+// dispatcher is ignored.
 MAILHEARTH_EXPORT int ProcessError(SControl& control, const SString& context,
                                    const SString& message, const SStringList& text);
 
@@ -39,11 +42,10 @@ MAILHEARTH_EXPORT int ProcessError(SControl& control, const SString& context,
 MAILHEARTH_EXPORT int ProcessError(const SString& context, const SString& message,
                                    const SStringList& text);
 
-// Makes a new error record about `control`, unless that has passed through the error handler
-// already: then, lest they go round for ever, a line goes to the standard error stream
-// instead, with the time, the value of ModuleName, the name of this function and `text`, all
-// its elements in one. Where the record cannot be written, its text form and an empty line go
-// there.
+// Makes a new error record about `control`, unless that has already passed through the error
+// handler. Then, to avoid an endless loop, writes a line to the standard error stream instead:
+// the time, the value of ModuleName, the name of this function and the concatenated elements
+// of `text`. If the record cannot be written, writes its text form and an empty line there.
 MAILHEARTH_EXPORT void ProcessNotifyError(const SControl& control, const SString& context,
                                           const SString& message, const SStringList& text);
 

@@ -1,5 +1,5 @@
-// Whether a value that comes from outside may go into a record as it stands. The queue itself
-// never asks: it stores values as they are given.
+// Checks whether a value from outside may be stored in a record. The queue itself never checks:
+// it stores values as they are given.
 //
 //   record["Subject:"] = IsFieldValue(subject) ? subject : SString("");
 
@@ -11,9 +11,9 @@
 
 inline namespace mailhearth {
 
-// Whether a value that is stored in a record reads back as it is, and not as further values
-// and fields: in it every line end is followed by a blank or a tab. `crlf` is that of the
-// record, 0 for those of the queue.
+// Returns whether a value stored in a record reads back as itself, and not as more values or
+// fields: a blank or a tab follows every line end in it. `crlf` is that of the record, 0 for
+// records of the queue.
 [[nodiscard]] MAILHEARTH_EXPORT bool IsFieldValue(const SString& value, unsigned crlf = 0);
 
 }  // namespace mailhearth

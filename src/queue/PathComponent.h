@@ -1,5 +1,5 @@
-// Whether a name that comes from outside may go into a path of the queue as it stands. The queue
-// itself never asks: it uses names as they are given.
+// Checks whether a name from outside may be used in a path of the queue. The queue itself never
+// checks: it uses names as they are given.
 //
 //   if (!IsPathComponent(host)) return Refuse(message);
 //   record["Host-To:"] = host;
@@ -12,11 +12,11 @@
 
 inline namespace mailhearth {
 
-// Whether a name is safe as one part of a path: as a message's id, the name of a host that
-// messages are deferred for, the name of a module. It is not empty, not "." or "..", has no
-// slash, NUL or other control character (a line feed would end a line of the dispatcher's
-// datagram), and at most 242 bytes, so that with all the queue puts behind it, "-Control.temp"
-// at the most, it is not too long for a file (255).
+// Returns whether a name is safe as one component of a path: as the id of a message, the name
+// of a host for which messages are deferred, or the name of a module. Such a name is not empty
+// and not "." or ".."; it has no slash, NUL or other control character (a line feed would end
+// a line of the dispatcher's datagram). It has at most 242 bytes, so that with the longest
+// suffix of the queue, "-Control.temp", it does not exceed the limit of a file name (255).
 [[nodiscard]] MAILHEARTH_EXPORT bool IsPathComponent(const SString& name);
 
 }  // namespace mailhearth

@@ -1,28 +1,29 @@
-// SField is a named list with a file to it: one call fills the list from the file, another
-// replaces the file by the list. The text form is that of SNamedStringList.
+// SField is a named list with a file: one call reads the list from the file, another replaces
+// the file by the list. The text form is that of SNamedStringList.
 //
 //   SField record(1, 0);                         // names compare exactly, lines end in \n
 //   if (!record.Read(path)) Complain(GetErrorString());
 //   record["Trace:"].Push("router");
 //   if (!record.Write()) Complain(GetErrorString());
 //
-// A file is replaced by writing another beside it, named like it with ".temp" behind, and
-// renaming that into place. Readers see the old contents or the new ones, whenever they look
-// and whenever the writer stops. The contents are on the disk before the rename, and the
-// directory is synced after it: what Write() calls written survives a power cut.
+// To replace a file, Write() writes a new file beside it, whose name has the suffix ".temp",
+// and renames that into place. Readers see the old contents or the new ones at any time, even
+// if the writer stops. The contents are on the disk before the rename, and the directory is
+// synced after it: the result of a successful Write() survives a power cut. If the directory
+// cannot be synced, as on some file systems, Write() still succeeds, and a power cut may bring
+// back the old contents.
 //
-// Nothing is locked. Of two processes that write the same file at the same time, the one
-// whose rename comes last has written it; one that finds the other's ".temp" removes it and
-// fails. Let one process at a time write a file: where that one tries again, or a third writes
-// too, one may rename what another has only begun.
+// Files are not locked. If two processes write the same file at the same time, the last rename
+// wins; a process that finds the other's ".temp" removes it and fails. Let one process at a
+// time write a file: if a process tries again, or a third one writes too, one may rename a file
+// that another has only begun.
 //
-// 1 means done, and 0 not done, errno then being that of the call that failed first.
-// A file that does not fit into memory is not read (ENOMEM). Where memory runs out for the
-// list, in reading, or for its text, in writing, std::bad_alloc is thrown, as by every other
-// edit: a read has then put a part of the file into the list, a write has changed no file.
+// A result of 1 means done. 0 means not done, with errno from the call that failed first. A
+// file that does not fit into memory is not read (ENOMEM). If memory runs out for the list of
+// a Read() or the text of a Write(), std::bad_alloc is thrown, as by every other edit.
 //
 // Values are stored as they are. IsFieldValue (FieldValue.h) tells whether a value reads back as
-// it was written, and not as further fields.
+// it was written, and not as more fields.
 
 #ifndef MAILHEARTH_QUEUE_SFIELD_H
 #define MAILHEARTH_QUEUE_SFIELD_H
@@ -35,13 +36,13 @@ inline namespace mailhearth {
 
 class MAILHEARTH_EXPORT SField : public virtual SNamedStringList {
  public:
-  // An empty list with these two flags, which has no file.
+  // An empty list with these two flags and without a file.
   SField(unsigned caseSensitive, unsigned crlf);
 
-  // The same list, file and marks.
+  // Copies the list, the file name, Error() and Loaded().
   SField(const SField& other) = default;
 
-  // Takes over the list, the file name and whether it was read or written.
+  // Assigns the list, the file name and Loaded().
   SField& operator=(const SField& other);
   ~SField() override;
 
@@ -49,24 +50,29 @@ class MAILHEARTH_EXPORT SField : public virtual SNamedStringList {
   [[nodiscard]] virtual SString GetFilename() const;
   virtual void PutFilename(const SString& name);
 
-  // Replaces the list by what is in the file. Fails when that is not a regular file, and
-  // changes nothing then; an empty file has an empty list. Sets Error() to 0. Without a file
-  // name errno is ENOENT.
+  // Replaces the list by the contents of the file; an empty file gives an empty list. Fails
+  // when the file cannot be read or is not a regular file, and then leaves the list as it was.
+  // Sets Error() to 0. Without a file name errno is ENOENT. When memory runs out for the list,
+  // throws std::bad_alloc; the list then holds a part of the file.
   [[nodiscard]] virtual int Read();
 
   // The same for the file at `name`, which is the record's file from then on.
   [[nodiscard]] virtual int Read(const SString& name);
 
-  // Replaces the file by the list, or makes it. On failure the file is as it was, and no
-  // ".temp" is left, not even one that was there before; but a directory of that name stays.
-  // Without a file name, Error() is set to -11 and errno is ENOENT; a name with a NUL in it
-  // is refused (EINVAL).
+  // Replaces the file by the list; makes the file if there is none. On failure the file is as
+  // it was, and no ".temp" is left, not even one that was there before; but a directory of
+  // that name stays. Without a file name, sets Error() to -11 and errno to ENOENT. A name with
+  // a NUL in it is refused (EINVAL).
+  //
+  // All memory is taken before the first file is touched. When memory runs out, throws
+  // std::bad_alloc: the file, an old ".temp", the list and Loaded() are as they were. Where
+  // the system itself has no memory for a call, the failure is like any other (ENOMEM).
   [[nodiscard]] virtual int Write();
 
   // The same for the file at `name`, which is the record's file from then on.
   [[nodiscard]] virtual int Write(const SString& name);
 
-  // Does nothing here; a derived class that locks its file ends the lock.
+  // Does nothing here; a derived class that locks its file overrides it to unlock the file.
   virtual void UnlockFile();
 
   // The last error, as Read() and Write() set it.
@@ -76,11 +82,11 @@ class MAILHEARTH_EXPORT SField : public virtual SNamedStringList {
   [[nodiscard]] int Loaded() const { return loaded_; }
 
  protected:
-  // Sets what Loaded() answers.
+  // Sets the result of Loaded().
   void _PutLoaded(int loaded) { loaded_ = loaded; }
 
-  // The directory of messages below the value that Mailhearth had when this object was made,
-  // a slash at its end.
+  // The directory of messages, with a slash at its end, below the value that Mailhearth had
+  // when this object was made.
   [[nodiscard]] const SString& _MessageDir() const { return messageDir_; }
 
  private:

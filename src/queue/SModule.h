@@ -1,6 +1,6 @@
-// SModule is what the queue needs to know of the module that runs: its name and two
-// directories, each with a slash at its end. A record takes them over by
-// SControl::SetModule; without it they come from the environment.
+// SModule describes the running module to the queue: its name and two directories, each with a
+// slash at its end. SControl::SetModule gives them to a record; otherwise they come from the
+// environment.
 //
 //   const SModule module("router", root + "/control/", root + "/deferred/");
 //   record.SetModule(&module);
@@ -15,11 +15,11 @@ inline namespace mailhearth {
 
 class MAILHEARTH_EXPORT SModule {
  public:
-  // `deferredDir` is the directory that has one of each module in it.
+  // `deferredDir` is the directory that contains those of all modules.
   SModule(const SString& name, const SString& controlDir, const SString& deferredDir)
       : name_(name), controlDir_(controlDir), deferredDir_(deferredDir) {}
 
-  // What it was made of.
+  // The arguments of the constructor.
   [[nodiscard]] const SString& Name() const { return name_; }
   [[nodiscard]] const SString& ControlDir() const { return controlDir_; }
   [[nodiscard]] const SString& DeferredDir() const { return deferredDir_; }
