@@ -12,8 +12,8 @@
 #include "../strings/Export.h"
 #include "../strings/SString.h"
 #include "SAddressFault.h"
-#include "ScanState.h"
 #include "SToken.h"
+#include "ScanState.h"
 
 inline namespace mailhearth {
 
