@@ -1,12 +1,12 @@
-// The current time as text, and the time-zone rules that local times are shown by.
+// The current time as text, and the time-zone rules for local times.
 //
-// Each call reads the clock once, so the parts of one text belong to one second; two calls
-// may fall into two. Zones are numeric: a sign and four digits, hours and minutes east of
-// UTC. Local times follow TZ, else the system's zone. The names of days and months are the
-// English ones of RFC 822 in every locale.
+// Each call reads the clock once, so all parts of one text are of the same second; two calls
+// may see different seconds. Zones are numeric: a sign and four digits, hours and minutes east
+// of UTC. Local times follow TZ, else the system's zone. The names of days and months are the
+// English names of RFC 822 in every locale.
 //
-// A text that cannot be made is an undefined string; no call here fails on a clock that is
-// anywhere near right.
+// A function that cannot make its text returns an undefined string. None fails if the clock is
+// even roughly right.
 //
 //   header += "Date: " + RFC822Date();             // Thu, 5 Nov 2026 09:07:03 +0100
 //   const SString id = MessageIdDate() + "-" + ProcessIdString();   // 20261105080703-1234
@@ -19,12 +19,12 @@
 
 inline namespace mailhearth {
 
-// Returns local time as mail headers show it; the day of the month has no leading zero, the
-// other numbers have.
+// Returns local time in the form of mail headers. The day of the month has no leading zero;
+// the other numbers do.
 [[nodiscard]] MAILHEARTH_EXPORT SString RFC822Date();
 
-// Returns the time in UTC in fourteen digits, from the year to the second: the same in every
-// zone, and in the order of time.
+// Returns the time in UTC in fourteen digits, from the year to the second: it is the same in
+// every zone and sorts by time.
 [[nodiscard]] MAILHEARTH_EXPORT SString MessageIdDate();
 
 // Returns local time in fourteen digits and the zone, with nothing between them.
@@ -33,8 +33,8 @@ inline namespace mailhearth {
 // Returns the number of whole days, in UTC, since the beginning of 1970.
 [[nodiscard]] MAILHEARTH_EXPORT int DaysSince1970();
 
-// Loads the rules of the configured zone (TZ, else the system's) for the C library's
-// local times; the program has one, made before main.
+// Loads the rules of the configured zone (TZ, else the system's) for the C library's local
+// times. The library makes one before main.
 struct MAILHEARTH_EXPORT SdatetimeInit {
   SdatetimeInit();
 };

@@ -1,11 +1,19 @@
-// Questions about a path: what is there, may it be used, how large and how old is
-// it, how much room has its file system. Links are followed. Nothing is kept
-// between calls, so an answer can be stale by the time it is read.
+// Questions about a path: existence, type and rights, size, age, free space on its file
+// system. Links are followed. Nothing is cached, so a result can be out of date by the time
+// the caller looks at it.
 //
-// Every failure is a result, and no memory is needed; errno is then as the failing system call left
-// it, and as it was before where no call failed: a directory has no size, and that is no error of
-// the system. An undefined path is the empty one, which names nothing (ENOENT). The system reads a
-// path up to its first NUL. Each question costs one system call.
+// These functions never throw and take no memory; each makes one system call. errno tells why
+// a result is negative or 0:
+//
+//   - If the system call failed, errno is the system's: ENOENT for a path that names nothing,
+//     EACCES for a right that the user does not have, and so on.
+//   - If the call succeeded, errno is as it was before. This holds even if the result is 0 or
+//     -1, as IsRegular and FileSize return for a directory. Set errno to 0 before the call to
+//     tell the two cases apart.
+//   - A file too large for FileSize is the one exception: errno is then EOVERFLOW.
+//
+// An undefined path counts as the empty path, which names nothing (ENOENT). The system reads a
+// path up to its first NUL.
 //
 //   if (FileSize(path) == 0 && FileAge(path) > 7) ...   // empty for a week
 
@@ -17,7 +25,7 @@
 
 inline namespace mailhearth {
 
-// Each returns 1 if it is so, else 0. The rights are those of the real user, not of
+// Each returns 1 for yes, else 0. FileExists and the rights are checked for the real user, not
 // the effective one.
 [[nodiscard]] MAILHEARTH_EXPORT int FileExists(const SString& path);
 [[nodiscard]] MAILHEARTH_EXPORT int IsReadable(const SString& path);
@@ -26,17 +34,17 @@ inline namespace mailhearth {
 [[nodiscard]] MAILHEARTH_EXPORT int IsRegular(const SString& path);
 [[nodiscard]] MAILHEARTH_EXPORT int IsDirectory(const SString& path);
 
-// Returns the size of a regular file in bytes; -1 for anything else, and with errno
-// EOVERFLOW for a file of more than 2^31 - 1 bytes.
+// Returns the size of a regular file in bytes. Returns -1 for anything else, and, with errno
+// EOVERFLOW, for a file of more than 2^31 - 1 bytes.
 [[nodiscard]] MAILHEARTH_EXPORT int FileSize(const SString& path);
 
-// Returns the days, with their fraction, since the last modification: whole seconds
-// divided by 86400, negative for a time to come. Returns -1.0 on failure; a file of this
-// time tomorrow has that age as well, and errno, set to 0 before, tells the two apart.
+// Returns the days since the last modification: whole seconds divided by 86400, negative for a
+// time in the future. Returns -1.0 on failure. A file dated exactly one day ahead has the same
+// age; set errno to 0 before the call to tell the two apart.
 [[nodiscard]] MAILHEARTH_EXPORT double FileAge(const SString& path);
 
-// Returns the bytes that an unprivileged user may still fill on the file system that
-// holds `path`; -1.0 on failure.
+// Returns the bytes that are free for unprivileged users on the file system of `path`; -1.0 on
+// failure.
 [[nodiscard]] MAILHEARTH_EXPORT double FreeDiskSpace(const SString& path);
 
 }  // namespace mailhearth

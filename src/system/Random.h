@@ -1,6 +1,6 @@
-// Random integers, from a generator of the library's own that is seeded once before
-// main from the clock and the process id. Good for spreading and sorting, not for
-// secrets: who knows a few numbers knows the rest.
+// Random integers from the library's own generator, which is seeded once before main from the
+// clock and the process id. They are good for spreading and sorting, not for secrets: a few
+// numbers reveal the rest.
 
 #ifndef MAILHEARTH_SYSTEM_RANDOM_H
 #define MAILHEARTH_SYSTEM_RANDOM_H
@@ -9,11 +9,11 @@
 
 inline namespace mailhearth {
 
-// Returns an integer from 0 to `n` - 1; for n = 0, 0; for n below 0, one from n + 1 to
-// 0. The generator yields 15 bits, so past 32768 not every integer is reached.
+// Returns an integer from 0 to `n` - 1; 0 for `n` 0; from `n` + 1 to 0 for a negative `n`. The
+// generator yields 15 bits, so with `n` beyond 32768 or -32768 some integers never occur.
 [[nodiscard]] MAILHEARTH_EXPORT int RandomInt(int n);
 
-// Seeds the generator; the program has one, made before main.
+// Seeds the generator. The library makes one before main.
 struct MAILHEARTH_EXPORT SrandomInit {
   SrandomInit();
 };
