@@ -177,7 +177,7 @@ char* SString::_Realloc(int n) {
 void SString::_Rebuffer(int n, std::string_view bytes) {
   if (_Adopted()) return rep_->Rebuffer(n, bytes);
   if (rep_->links == 1 && !_HasRoom(n) && rep_->Widen(n)) {
-    std::memmove(rep_->buffer, bytes.data(), bytes.size());
+    if (!bytes.empty()) std::memmove(rep_->buffer, bytes.data(), bytes.size());
     return _SetLength(static_cast<int>(bytes.size()));
   }
   SStringRep* const left = rep_;
@@ -208,16 +208,17 @@ void SString::_Assign(const char* text, std::size_t n) {
 void SString::_GrowAndAppend(const char* text, std::size_t n) {
   const int length = rep_->length;
   const int sum = CheckedLength(length + static_cast<std::int64_t>(n));
-  const std::ptrdiff_t own = _Holds(text) ? text - rep_->buffer : -1;
+  const std::ptrdiff_t own = _Holds({text, n}) ? text - rep_->buffer : -1;
   _Realloc(sum);
   if (own >= 0) text = rep_->buffer + own;  // the bytes have moved along
-  std::memcpy(rep_->buffer + length, text, n);
+  std::memmove(rep_->buffer + length, text, n);
   _SetLength(sum);
 }
 
-bool SString::_Holds(const char* text) const {
-  const std::less<> before;  // a total order, also between unrelated pointers
-  return Defined() && !before(text, rep_->buffer) && before(text, rep_->buffer + rep_->length);
+bool SString::_Holds(std::string_view text) const {
+  const std::less_equal<> upTo;  // a total order, also between unrelated pointers
+  return Defined() && !text.empty() && upTo(rep_->buffer, text.data()) &&
+         upTo(text.data() + text.size(), rep_->buffer + rep_->allocated);
 }
 
 SString Terminated(const SString& s) {

@@ -437,8 +437,8 @@ class MAILHEARTH_EXPORT SString {
   [[nodiscard]] SStringList _Split(std::string_view sep, int limit) const;
   [[nodiscard]] SStringList _SplitCharacters(int limit) const;
 
-  // Whether `text` points at a byte of this string.
-  [[nodiscard]] bool _Holds(const char* text) const;
+  // Whether `text` is part of this string's buffer, all of it.
+  [[nodiscard]] bool _Holds(std::string_view text) const;
 
   template <std::integral Integer>
   static auto _Widened(Integer value) {
@@ -548,9 +548,8 @@ inline void SString::_Append(const char* text, std::size_t n) {
   SStringRep& rep = *rep_;  // read once: for all the compiler knows, bytes written may be it
   const std::int64_t sum = rep.length + static_cast<std::int64_t>(n);
   if (rep.links == 1 && sum < rep.allocated) [[likely]] {
-    // Bytes of this very string come before those that are written.
     char* const end = rep.buffer + rep.length;
-    if (n > 0) std::memcpy(end, text, n);
+    if (n > 0) std::memmove(end, text, n);  // they may be this string's, with its NUL
     end[n] = '\0';
     rep.length = static_cast<int>(sum);
   } else if (n > 0) {

@@ -104,7 +104,7 @@ void SString::_Replace(Range range, std::string_view text) {
       View().substr(before.size() + static_cast<std::size_t>(range.count));
   const int length =
       CheckedLength(static_cast<std::int64_t>(before.size() + text.size() + after.size()));
-  if (_HasRoom(length) && !_Holds(text.data())) {
+  if (_HasRoom(length) && !_Holds(text)) {
     char* const place = rep_->buffer + before.size();
     std::memmove(place + text.size(), after.data(), after.size());
     text.copy(place, text.size());

@@ -346,15 +346,48 @@ TEST(SString, AnEditLeavesTheTextOfAnotherOwnerAlone) {
   }
 }
 
+// A view is a part of a longer text, and the text appended may be another part of it, which
+// begins in the view and goes on after it.
+TEST(SString, AppendsTextThatBeginsInAViewAndGoesOnAfterIt) {
+  char text[] = "abcdef";
+  SFixedString view(text, 3);
+  const auto appended = [&](auto part) {
+    SString s(view);
+    s += part;
+    return std::string(s.View());
+  };
+  EXPECT_EQ(appended(text + 2), "abccdef");
+  EXPECT_EQ(appended(std::string_view(text + 1, 4)), "abcbcde");
+  EXPECT_EQ(appended(std::string_view(text + 1, 2)), "abcbc") << "all of it in the view";
+  EXPECT_EQ(appended(text + 3), "abcdef") << "after the view";
+  EXPECT_STREQ(text, "abcdef");
+}
+
+TEST(SString, AppendsItsOwnTextWithTheNul) {
+  for (const int length : {3, 7, 15, 100}) {
+    SString s('x', length), shared(s);
+    const std::string_view withNul(s.Data(), static_cast<std::size_t>(length) + 1);
+    const std::string expected = std::string(s.View()) + std::string(withNul);
+    shared += withNul;
+    EXPECT_EQ(shared.View(), expected);
+    shared = SString();  // `s` is alone again
+    s += withNul;
+    EXPECT_EQ(s.View(), expected);
+  }
+}
+
 TEST(SString, AnEditOfAnUndefinedStringTreatsItAsEmpty) {
   for (const EditRow& row : kEdits) {
     SCOPED_TRACE(row.name);
-    SString s, empty("");
+    SString s, empty(""), alone;
     const SString copy(s);
     row.edit(s);
     row.edit(empty);
+    row.edit(alone);
     EXPECT_EQ(s.View(), empty.View());
+    EXPECT_EQ(alone.View(), empty.View());
     EXPECT_STREQ(Flaw(s), "");
+    EXPECT_STREQ(Flaw(alone), "");
     CheckUndefined(copy);
   }
 }
