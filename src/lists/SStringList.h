@@ -95,14 +95,15 @@ class MAILHEARTH_EXPORT SStringList {
   // A text in a braced list: a string, or anything but a number that converts to one. So
   // {"abc", 2} remains a string, the first two bytes of a text.
   struct Element {
-    SString text;
+    SString text;  // the element
 
+    // For strings and all texts that convert to one.
     template <class Text>
     requires(std::constructible_from<SString, const Text&> && !std::is_arithmetic_v<Text>)
         Element(const Text& t)
         : text(t) {}
 
-    // For SFixedString, which a string shares only where it is no constant.
+    // For SFixedString, whose bytes a string shares only if the object is not constant.
     template <class Text>
     requires(std::constructible_from<SString, Text&> &&
              !std::constructible_from<SString, const Text&>) Element(Text& t)
