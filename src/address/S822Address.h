@@ -24,7 +24,7 @@
 // local part has a quoted string that does not come first or contains a line end.
 //
 // Parts that the program sets are written as they are, a phrase without quotes, and may read
-// back as another address: "J. <X>" is no phrase in a text.
+// back as another address: "J. <X>" is no phrase in a text, and a comment after a route is lost.
 //
 // Phrase, comment and literals may contain any byte, as may the local part of an S821Address.
 //

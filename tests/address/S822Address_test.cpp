@@ -70,6 +70,24 @@ TEST(S822Address, TheEnvelopeLosesTheBlanksOfALiteral) {
   }
 }
 
+TEST(S822Address, PhraseAndCommentReadBackButBehindAPerCentSign) {
+  struct Row {
+    const char *text, *phrase, *comment;
+  };
+  const Row rows[] = {{"John  Smith <joe@hub>", "John Smith", ""},
+                      {R"("Smith, \"J\"" X. <joe@hub>)", R"("Smith, \"J\"" X.)", ""},
+                      {"joe@hub (Joe (x) \\) y)", "", "(Joe (x) \\) y)"},
+                      {"% a b <joe@hub>", "%ab", ""},
+                      {"a %\"b\" <joe@hub>", "a% \"b\"", ""}};
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.text);
+    const SString text = S822Parser(row.text).NextAddress().Get();
+    const S822Address again = S822Parser(text).NextAddress();
+    EXPECT_EQ(again.Phrase(), row.phrase);
+    EXPECT_EQ(again.Comment(), row.comment);
+  }
+}
+
 TEST(S822Address, TheFirstByteGoesWhateverItIs) {
   S822Address address;
   address.LocalPart() = SString("\n\0x", 3);
