@@ -128,7 +128,8 @@ class MAILHEARTH_EXPORT STable {
 
   // Stores `item` under `key`. If an entry has the key, `item` replaces it, in the order of
   // keys too, and the old entry is destroyed; else `item` comes last. The entry keeps this
-  // `key`, even if it differs in case from the old one.
+  // `key`, even if it differs in case from the old one, and shares its bytes: store a copy of a
+  // view, SString(key.View()).
   //
   // The table owns `item` from the call on, even if the call finds no memory and throws.
   // Needs: an item made with `new` that is in no table.
