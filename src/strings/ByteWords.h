@@ -1,5 +1,5 @@
-// Not installed. Bytes eight at a time, as a number, to compare and hash them without regard to
-// the case of the letters A to Z.
+// Not installed. Bytes eight at a time, as a number, to hash them without regard to the case of
+// the letters A to Z, and to search them.
 
 #ifndef MAILHEARTH_STRINGS_BYTEWORDS_H
 #define MAILHEARTH_STRINGS_BYTEWORDS_H
@@ -8,8 +8,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
-
-#include "Characters.h"
 
 inline namespace mailhearth {
 

@@ -10,6 +10,7 @@
 
 #include "../strings/Blocks.h"
 #include "../strings/ByteWords.h"
+#include "../strings/Characters.h"
 #include "../strings/Sizes.h"
 
 inline namespace mailhearth {

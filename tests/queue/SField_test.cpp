@@ -406,25 +406,19 @@ TEST(SField, WithoutMemoryNothingOfAReadIsLeftOpen) {
     record.PutFilename(path);
     const NoDescriptorLeft check;
     int ok = 0, reason = 0;
-    bool fired = false;
-    {
-      const FailNthAllocation fault(n);
-      try {
-        ok = record.Read();
-        reason = errno;
-      } catch (const std::bad_alloc&) {
-        ++thrown;
-      }
-      fired = fault.Fired();
-    }
-    EXPECT_EQ(ok, fired ? 0 : 1);
+    const Shortage shortage = FailAllocation(n, [&] {
+      ok = record.Read();
+      reason = errno;
+    });
+    if (shortage.thrown) ++thrown;
+    EXPECT_EQ(ok, shortage.fired ? 0 : 1);
     if (n == 0) {
       EXPECT_EQ(reason, ENOMEM);
       EXPECT_EQ(record.Get("Trace:"), (SStringList{"a", "b"}));
     }
     EXPECT_EQ(record.Loaded(), ok);
-    EXPECT_EQ(thrown, fired ? n : n - 1) << "only the list's memory throws";
-    if (!fired) break;
+    EXPECT_EQ(thrown, shortage.fired ? n : n - 1) << "only the list's memory throws";
+    if (!shortage.fired) break;
   }
   EXPECT_GE(thrown, 2);
 }

@@ -513,14 +513,7 @@ TEST(Ask, WithoutMemoryLeavesNothingOpenAndNoRecord) {
     });
     const NoDescriptorLeft check;
     SRequest request = Question();
-    const auto fails = [&] {
-      if (request.Ask("Quota", kLong) == 1) return;
-      EXPECT_EQ(errno, ENOMEM);
-      throw std::bad_alloc();
-    };
-    const Shortage shortage = FailAllocation(n, fails);
-    EXPECT_EQ(shortage.thrown, shortage.fired);
-    const bool failed = shortage.thrown;
+    const bool failed = FailsWithoutMemory(n, [&] { return request.Ask("Quota", kLong); });
     if (!exchange.Files().empty()) ++left;
     if (!failed) {
       const AllocationCount count;

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <new>
 
 #include "support/CountedNew.h"
@@ -28,6 +29,21 @@ Shortage FailAllocation(int n, Work work) {
   }
   shortage.fired = fault.Fired();
   return shortage;
+}
+
+// The same for work that answers 1, or 0 where it has failed.
+// Returns whether it failed, be it by an exception or by 0 with ENOMEM, and checks that it did so
+// just where the allocation failed.
+template <class Work>
+bool FailsWithoutMemory(int n, Work work) {
+  bool failed = false;
+  const Shortage shortage = FailAllocation(n, [&] {
+    failed = work() == 0;
+    EXPECT_TRUE(!failed || errno == ENOMEM);
+  });
+  failed = failed || shortage.thrown;
+  EXPECT_EQ(failed, shortage.fired);
+  return failed;
 }
 
 // Calls `edit` on what `make` returns, made anew each time: first with its first allocation

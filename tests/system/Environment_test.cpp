@@ -11,8 +11,8 @@
 #include <string>
 
 #include "support/CheckText.h"
+#include "support/CountedNew.h"
 #include "support/EnvironmentKey.h"
-#include "support/FailEachAllocation.h"
 
 // The environment keeps a copy of every setting for good, on purpose.
 extern "C" __attribute__((visibility("default"))) const char* __lsan_default_suppressions() {
@@ -68,7 +68,9 @@ TEST(PutEnv, ThatFindsNoMemorySetsNothing) {
   const SString name(key.Name()), value("a value");
   PutEnv(name, "before");
   for (int n = 0;; ++n) {
-    if (!FailAllocation(n, [&] { PutEnv(name, value); }).fired) break;
+    const FailNthAllocation fault(n);
+    PutEnv(name, value);
+    if (!fault.Fired()) break;
     EXPECT_STREQ(::getenv(key.Name()), "before");
   }
   CheckText(GetEnv(name), "a value");

@@ -159,17 +159,13 @@ TEST(FileFaults, NoProgramSeesADescriptorThatNobodyGets) {
 bool RunsOutOfMemory(const Operation& operation, Place& at, int n) {
   const int open = OpenDescriptors();
   int done = 0, reason = 0;
-  bool fired = false;
-  {
-    const FailNthAllocation fault(n);
-    try {
-      done = operation.run(at);
-      reason = errno;
-    } catch (const std::bad_alloc&) {
-      EXPECT_TRUE(operation.memory == kResult && n == 0);
-      reason = ENOMEM;
-    }
-    fired = fault.Fired();
+  const auto [fired, thrown] = FailAllocation(n, [&] {
+    done = operation.run(at);
+    reason = errno;
+  });
+  if (thrown) {
+    EXPECT_TRUE(operation.memory == kResult && n == 0);
+    reason = ENOMEM;
   }
   EXPECT_EQ(OpenDescriptors(), open);
   EXPECT_EQ(done, fired ? 0 : 1);

@@ -24,7 +24,6 @@
 #include "support/CountedNew.h"
 #include "support/EnvironmentKey.h"
 #include "support/ErrorText.h"
-#include "support/FailEachAllocation.h"
 #include "support/FailNthCall.h"
 #include "support/Files.h"
 #include "support/OrdinaryUser.h"
