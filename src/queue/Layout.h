@@ -11,15 +11,15 @@ inline constexpr char kControlDir[] = "/control/";
 inline constexpr char kDeferredDir[] = "/deferred/";
 inline constexpr char kMessagesDir[] = "/messages/";
 
-// What stands behind a message's id in the names of its files, and behind the name of a file
-// that is being written.
+// What follows a message's id in the names of its files, and the name of a file that is being
+// written.
 inline constexpr char kControlSuffix[] = "-Control";
 inline constexpr char kHeaderSuffix[] = "-Header";
 inline constexpr char kBodySuffix[] = "-Body";
 inline constexpr char kTempSuffix[] = ".temp";
 
-// The longest name of a file, and the longest id that leaves room for what the queue puts behind
-// it: a control file that is being written has the longest name.
+// The longest name of a file, and the longest id, which leaves room for what the queue appends: a
+// control file that is being written has the longest name.
 inline constexpr int kLongestFile = 255;
 inline constexpr int kLongestId =
     kLongestFile - static_cast<int>(sizeof kControlSuffix - 1 + sizeof kTempSuffix - 1);

@@ -34,7 +34,7 @@ class Replacement {
     int group = -1;
   };
 
-  // Read what stands behind a "$" or a backslash.
+  // Read what follows a "$" or a backslash.
   void _ReadDollar(std::string_view dollar);
   void _ReadEscape(std::string_view escape);
 
@@ -45,7 +45,7 @@ class Replacement {
 
   std::vector<Piece> pieces_;
   int highest_ = 0;
-  int unescaped_ = 0;  // "$" with something else behind
+  int unescaped_ = 0;  // "$" before anything else
   bool valid_ = true;
 };
 
