@@ -155,11 +155,19 @@ class MAILHEARTH_EXPORT SString {
   [[nodiscard]] SString operator+(const SString& t) const& { return SString(*this) + t; }
   [[nodiscard]] SString operator+(const char* s) const& { return SString(*this) + s; }
   [[nodiscard]] SString operator+(char c) const& { return SString(*this) + c; }
+  template <std::same_as<char> Char>
+  [[nodiscard]] SString operator+(Char* s) const& {
+    return SString(*this) + static_cast<const char*>(s);
+  }
 
   // Overloads for temporaries: they append in place, so a chain of sums uses one buffer.
   [[nodiscard]] SString operator+(const SString& t) && { return _Plus(t.View()); }
   [[nodiscard]] SString operator+(const char* s) && { return _Plus(_Text(s)); }
   [[nodiscard]] SString operator+(char c) && { return std::move(*this += c); }
+  template <std::same_as<char> Char>
+  [[nodiscard]] SString operator+(Char* s) && {
+    return _Plus(_Text(s));
+  }
 
   // Returns the byte at position `i`; a negative `i` counts from the end, and -1 is the
   // last byte. Returns NUL for a position outside the string.
@@ -467,6 +475,10 @@ class MAILHEARTH_EXPORT SString {
 // New strings: text or a byte, with `t` appended.
 [[nodiscard]] inline SString operator+(const char* s, const SString& t) { return SString(s) += t; }
 [[nodiscard]] inline SString operator+(char c, const SString& t) { return SString(c, 1) += t; }
+template <std::same_as<char> Char>
+[[nodiscard]] SString operator+(Char* s, const SString& t) {
+  return SString(s) += t;
+}
 
 // Returns the part of `path` after its last "/", without `suffix` if the path ends with it.
 // If the suffix includes that "/", nothing is left.
