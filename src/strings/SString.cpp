@@ -11,6 +11,7 @@
 #include <ostream>
 #include <string>
 
+#include "Blocks.h"
 #include "PointerText.h"
 #include "Sizes.h"
 #include "StandardError.h"
@@ -21,28 +22,12 @@ static_assert(sizeof(SString) == sizeof(void*));
 
 namespace {
 
-// Copies a word of bytes from one end of `text` and one from the other, which may overlap.
-template <class Word>
-void CopyEnds(char* to, std::string_view text) {
-  Word first, last;
-  std::memcpy(&first, text.data(), sizeof first);
-  std::memcpy(&last, text.data() + text.size() - sizeof last, sizeof last);
-  std::memcpy(to, &first, sizeof first);
-  std::memcpy(to + text.size() - sizeof last, &last, sizeof last);
-}
-
 // Copies bytes; a few of them without a call.
-inline void CopyBytes(char* to, std::string_view text) {
-  if (text.size() > 2 * sizeof(std::uint64_t)) {
+void CopyBytes(char* to, std::string_view text) {
+  if (text.size() < kBlock) {
+    PutEnds(BlockOfEnds(text.data(), text.size()), to, text.size());
+  } else {
     std::memcpy(to, text.data(), text.size());
-  } else if (text.size() >= sizeof(std::uint64_t)) {
-    CopyEnds<std::uint64_t>(to, text);
-  } else if (text.size() >= sizeof(std::uint32_t)) {
-    CopyEnds<std::uint32_t>(to, text);
-  } else if (!text.empty()) {
-    to[0] = text.front();
-    to[text.size() / 2] = text[text.size() / 2];
-    to[text.size() - 1] = text.back();
   }
 }
 
@@ -176,7 +161,7 @@ char* SString::_Realloc(int n) {
 
 void SString::_Rebuffer(int n, std::string_view bytes) {
   if (_Adopted()) return rep_->Rebuffer(n, bytes);
-  if (rep_->links == 1 && !_HasRoom(n) && rep_->Widen(n)) {
+  if (rep_->links == 1 && rep_->Widen(n)) {
     if (!bytes.empty()) std::memmove(rep_->buffer, bytes.data(), bytes.size());
     return _SetLength(static_cast<int>(bytes.size()));
   }

@@ -378,7 +378,7 @@ class MAILHEARTH_EXPORT SString {
   char* _Realloc(int n);
 
   // Makes this handle the only one on a new buffer for `n` bytes that begins with `bytes`,
-  // which may be bytes of this string. Needs: no more than `n` bytes.
+  // which may be bytes of this string. Needs: no more than `n` bytes, and not _HasRoom(n).
   void _Rebuffer(int n, std::string_view bytes);
 
   // Makes this handle undefined and the only one on its representation.
